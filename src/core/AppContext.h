@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/Commands.h"
+#include "core/InputHandlers.h"
 #include "core/MainState.h"
 #include "core/Procedures.h"
 #include "core/Settings.h"
@@ -45,6 +46,19 @@ public:
     // layout on resize, watermarks, the camera-light each frame).
     std::vector<std::function<void(AppContext&)>> onResetAndCleanup;
     std::function<void(AppContext&)> showWatermarks;
+    // Keys, clicks and wheel turns in picRenderWindow (navigation and tools fill them).
+    InputHandlers input;
+    // World files by name, without dialogs (the persistence layer fills them).
+    WorldFileHooks worldFiles;
+    // The coordinate limit rule at camera start, and the light that follows the camera.
+    std::function<void(AppContext&)> coordinateLimitCheck;
+    std::function<void(AppContext&)> lightFollowCamera;
+    // The start of the engine and the card check; tests replace them to see the
+    // start failures.
+    std::function<bool(AppContext&)> engineStarts = [](AppContext&) { return true; };
+    std::function<int(AppContext&)> cardSupport = [](AppContext& c) {
+        return c.engine.card_check_hardware_support();
+    };
 };
 
 }  // namespace core

@@ -20,6 +20,10 @@ struct Command {
     std::function<void(AppContext&)> handler;
     // Disabled while a long routine runs (buttons disable themselves).
     bool enabled = true;
+    // A tool button arms a tool; reset and cleanup re-enables it and gives it back
+    // the face colour (highlighted false).
+    bool toolButton = false;
+    bool highlighted = false;
 };
 
 class CommandRegistry {

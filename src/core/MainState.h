@@ -62,8 +62,17 @@ struct MainState {
     // the rubber line
     bool bolRubberLine = false;
     engine::Point3 rubberFrom;
+    engine::Point3 rubberTo;
     double mouseOffsetX = 0, mouseOffsetY = 0;
 
+    // window layout in twips (15 to a pixel), computed by Form_Resize
+    struct Layout {
+        int renderLeft = 0, renderTop = 360, renderWidth = 0, renderHeight = 0;
+        int framesTop = 0;
+        int buttonLeft[4] = {0, 0, 0, 0};
+    } layout;
+    int intResizeX = 480;
+    int intResizeY = 1300;
     // window
     int lngWindowWidth = 800;
     int lngWindowHeight = 600;

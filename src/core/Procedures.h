@@ -22,6 +22,9 @@ struct Procedure {
     // True when the procedure changes one of its arguments (out or by reference):
     // the transcript then shows every argument after the call, then the result.
     bool changesArgs = false;
+    // Indexes of the arguments the procedure only writes: any token will do for
+    // them (a value that does not read as the kind gives its empty value).
+    std::vector<std::size_t> outArgs;
     // Arguments are converted already; the body may write back into them.
     std::function<Value(AppContext&, std::vector<Value>&)> body;
 };

@@ -35,10 +35,12 @@
 #include <vector>
 
 #include "engine/Types.h"
+#include "engine/WalkList.h"
 
 namespace engine {
 
 class SceneStore;  // the storage, see SceneStore.h
+class Bvh;         // the picking index, see Bvh.h
 
 // One queued label of font_write_text, drawn by the next frame.
 struct TextItem {
@@ -312,9 +314,21 @@ public:
     std::uint64_t revision() const;
     std::size_t polygon_count() const;  // polygons in the world
     std::size_t group_count() const;
+    // Builds the picking index now if the scene changed since it was built
+    // (picking does this itself; for timing and for warming up after a load).
+    void prepare_picking() const;
+    // Pixels of a loaded bitmap, RGBA rows from the top; false for a bad handle.
+    bool bitmap_pixels(Handle bitmap, int& width, int& height, const std::uint8_t*& rgba) const;
 
 private:
+    const Bvh& pickIndex() const;
+    // Polygon slots of a group and its descendants (0: every polygon in the world).
+    void collectPolygons(Handle group, std::vector<std::uint32_t>& out) const;
+
     std::unique_ptr<SceneStore> store_;
+    const WalkList* walk_ = nullptr;          // inside store_, for the inline walk
+    const Handle* const* walkNext_ = nullptr;  // its link table (never moves)
+    mutable std::unique_ptr<Bvh> bvh_;
     CameraState camera_;
     FogState fog_;
     Rgb background_{0, 0, 0};
@@ -332,5 +346,11 @@ private:
     struct BitmapObj;
     std::vector<std::unique_ptr<BitmapObj>> bitmaps_;
 };
+
+// The walk is inline: every loop over the scene runs it once per polygon.
+inline Handle Engine::polygon_get_first_polygon() const { return walk_->head; }
+inline Handle Engine::polygon_get_next(Handle polygon) const {
+    return WalkList::following(walkNext_, polygon);
+}
 
 }  // namespace engine

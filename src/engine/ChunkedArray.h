@@ -1,0 +1,76 @@
+#pragma once
+// A growable array of trivially copyable elements kept in fixed blocks.
+//
+// Growing never moves what is stored: a new block is allocated and the old ones
+// stay, so the peak memory while a scene of millions of polygons is loaded is
+// the memory of the data, not twice that as with a reallocating vector. The
+// table of block pointers has room for every index a 28-bit handle can name and
+// is allocated once, so an element is two loads away and references stay valid.
+// Blocks come zeroed from the system (calloc), so untouched parts cost no memory.
+
+#include <cstddef>
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <type_traits>
+
+namespace engine {
+
+template <class T, unsigned kBits = 16>
+class ChunkedArray {
+    static_assert(std::is_trivially_copyable_v<T>, "blocks are raw memory");
+
+public:
+    static constexpr unsigned kBlockBits = kBits;
+    static constexpr std::size_t kBlock = std::size_t(1) << kBits;
+    static constexpr std::size_t kMaxElements = std::size_t(1) << 28;
+    static constexpr std::size_t kMaxBlocks = kMaxElements >> kBits;
+
+    ChunkedArray() : blocks_(new T*[kMaxBlocks]) { std::fill_n(blocks_.get(), kMaxBlocks, nullptr); }
+    ~ChunkedArray() { clear(); }
+    ChunkedArray(const ChunkedArray&) = delete;
+    ChunkedArray& operator=(const ChunkedArray&) = delete;
+
+    T& operator[](std::size_t i) { return blocks_[i >> kBits][i & (kBlock - 1)]; }
+    const T& operator[](std::size_t i) const { return blocks_[i >> kBits][i & (kBlock - 1)]; }
+
+    std::size_t capacity() const { return used_ * kBlock; }
+
+    // Makes indices [0, n) addressable; false when n is beyond what handles can name
+    // or memory ran out (what was there stays).
+    bool ensure(std::size_t n) {
+        if (n > kMaxElements) return false;
+        while (capacity() < n) {
+            T* block = static_cast<T*>(std::calloc(kBlock, sizeof(T)));
+            if (!block) return false;
+            blocks_[used_++] = block;
+        }
+        return true;
+    }
+
+    void clear() {
+        for (std::size_t b = 0; b < used_; ++b) std::free(blocks_[b]);
+        std::fill_n(blocks_.get(), used_, spare_);
+        used_ = 0;
+    }
+
+    // Makes every index below kMaxElements readable: blocks not yet allocated
+    // read as the given block of zeros (kBlock elements, never written).
+    void readAllAs(const T* zeros) {
+        spare_ = const_cast<T*>(zeros);
+        std::fill(blocks_.get() + used_, blocks_.get() + kMaxBlocks, spare_);
+    }
+    // The block table; its address never changes.
+    const T* const* table() const { return blocks_.get(); }
+
+    // Bytes held by the blocks (address space; untouched pages are not resident).
+    std::size_t bytesReserved() const { return capacity() * sizeof(T); }
+
+private:
+    std::unique_ptr<T*[]> blocks_;
+    std::size_t used_ = 0;
+    T* spare_ = nullptr;
+};
+
+}  // namespace engine

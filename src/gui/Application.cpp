@@ -1,0 +1,64 @@
+#include "gui/Application.h"
+
+#include <QCoreApplication>
+#include <QMessageBox>
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "app/Registration.h"
+#include "core/Camera.h"
+#include "core/MainForm.h"
+#include "gui/MainWindow.h"
+#include "gui/RenderWidget.h"
+#include "render/DemoScene.h"
+
+namespace gui {
+
+Application::Application() : ctx_(std::make_unique<core::AppContext>(ui_)) {
+    ctx_->strProgramFolder = QCoreApplication::applicationDirPath().toStdString();
+    app::registerAll(*ctx_);
+    window_ = std::make_unique<MainWindow>(*ctx_);
+    ui_.attach(window_.get());
+}
+
+Application::~Application() {
+    ui_.attach(nullptr);
+    window_.reset();
+}
+
+bool Application::start() {
+    window_->show();
+    const bool ok = app::startMainForm(*ctx_);
+    window_->syncCommands();
+    window_->layoutForm();
+    return ok;
+}
+
+bool Application::loadDemo() {
+    auto& ctx = *ctx_;
+    if (render::buildDemoScene(ctx.engine) == 0) return false;
+    engine::Point3 lo, hi;
+    ctx.engine.group_bounding_box(0, lo, hi);
+    core::setRotationCentre(ctx, ctx.engine.group_get_center_of_mass(0));
+    if (!core::p_subInitializeCamera(ctx, false)) return false;
+    // Start close enough to see the mine fill most of the window.
+    const double size = engine::length(hi - lo);
+    if (size > 0 && std::isfinite(size)) ctx.state.dblCamDistance = std::max(size * 1.1, 238.0);
+    core::p_subMainLoop(ctx, true);
+    return true;
+}
+
+bool Application::openFromCommandLine(const std::string& path) {
+    auto& ctx = *ctx_;
+    ctx.state.bolOpenByAssociation = true;
+    if (!ctx.worldFiles.open) {
+        ctx.ui.msgBox("This kind of file cannot be opened yet: " + path, ui::Buttons::OK, "Open");
+        return false;
+    }
+    const bool ok = ctx.worldFiles.open(ctx, path);
+    core::p_subMainLoop(ctx, true);
+    return ok;
+}
+
+}  // namespace gui
