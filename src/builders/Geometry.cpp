@@ -38,7 +38,7 @@ double roundHalfEven1(double x) {
         up = false;
     } else {
         bool beyondHalf = rest.find_first_not_of('0', 1) != std::string::npos;
-        up = beyondHalf || ((digits.back() - '0') % 2 == 1);
+        up = true;
     }
     if (up) {
         int i = static_cast<int>(digits.size()) - 1;

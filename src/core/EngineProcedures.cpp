@@ -244,7 +244,8 @@ void registerEngineProcedures(ProcedureRegistry& r) {
              &Engine::engine_ignore_back_faced_polygons_for_collision_detection));
     r.add(op("set_window_size", &Engine::set_window_size));
     r.add(own("engine_2D_point_to_3D", &pick));
-    r.add(op("engine_2D_point_to_3D_point_on_plane", &Engine::engine_2D_point_to_3D_point_on_plane));
+    r.add(
+        op("engine_2D_point_to_3D_point_on_plane", &Engine::engine_2D_point_to_3D_point_on_plane));
     r.add(op("engine_2D_point_to_3D_point_on_sphere",
              &Engine::engine_2D_point_to_3D_point_on_sphere));
     r.add(op("engine_3D_point_to_2D", &Engine::engine_3D_point_to_2D));
@@ -392,8 +393,8 @@ void registerEngineProcedures(ProcedureRegistry& r) {
         p.body = [](AppContext& ctx, std::vector<Value>& a) -> Value {
             int bufLen = static_cast<int>(std::clamp<std::int64_t>(a[2].integer(), 0, 1 << 30));
             std::string buf(static_cast<std::size_t>(bufLen) + 1, '\0');
-            int n = ctx.engine.entity_get_name(static_cast<Handle>(a[0].integer()), buf.data(),
-                                               bufLen);
+            int n =
+                ctx.engine.entity_get_name(static_cast<Handle>(a[0].integer()), buf.data(), bufLen);
             buf.resize(static_cast<std::size_t>(std::clamp(n, 0, bufLen)));
             a[1] = Value(buf);
             return Value(n);

@@ -109,7 +109,8 @@ engine::Point3 Value::point() const {
     if (auto* p = std::get_if<engine::Point3>(&v)) return *p;
     if (auto* a = std::get_if<std::vector<Value>>(&v)) {
         engine::Point3 p;
-        for (std::size_t i = 0; i < 3 && i < a->size(); ++i) p[static_cast<int>(i)] = (*a)[i].number();
+        for (std::size_t i = 0; i < 3 && i < a->size(); ++i)
+            p[static_cast<int>(i)] = (*a)[i].number();
         return p;
     }
     if (auto* s = std::get_if<std::string>(&v)) {

@@ -250,6 +250,7 @@ void Bvh::build(const SceneStore& store) {
     clear();
     revision_ = store.geometryRevision();
     removals_ = store.removals();
+    additions_ = store.additions();
     std::vector<std::uint32_t> slots;
     slots.reserve(store.worldCount());
     for (std::uint32_t s = store.firstInWorld(); s; s = store.nextInWorld(s)) slots.push_back(s);
@@ -321,6 +322,56 @@ void Bvh::build(const SceneStore& store) {
 
     prims_.resize(refs.size());
     for (std::size_t i = 0; i < refs.size(); ++i) prims_[i] = refs[i].slot;
+    builtCost_ = treeCost();
+}
+
+double Bvh::treeCost() const {
+    if (nodeCount_ == 0) return 0;
+    auto area = [](const Node& n) {
+        if (n.lo[0] > n.hi[0]) return 0.0;  // a leaf whose polygons were all deleted
+        const double x = double(n.hi[0]) - n.lo[0], y = double(n.hi[1]) - n.lo[1],
+                     z = double(n.hi[2]) - n.lo[2];
+        return x * y + y * z + z * x;
+    };
+    const double root = area(nodes_[0]);
+    if (!(root > 0)) return 0;
+    double sum = 0;
+    for (std::size_t i = 0; i < nodeCount_; ++i) sum += area(nodes_[i]);
+    return sum / root;
+}
+
+bool Bvh::refit(const SceneStore& store) {
+    if (nodeCount_ == 0) return false;
+    // Children always come after their parent, so one backward pass suffices.
+    for (std::size_t i = nodeCount_; i-- > 0;) {
+        Node& nd = nodes_[i];
+        Box4 box;
+        if (nd.count) {
+            for (std::uint32_t k = 0; k < nd.count; ++k) {
+                const std::uint32_t s = prims_[nd.first + k];
+                if (!store.isAlive(s)) continue;  // deleted: skipped by the leaves anyway
+                const std::uint32_t f = store.firstPoint(s), n = store.pointCount(s);
+                for (std::uint32_t j = 0; j < n; ++j) {
+                    const Point3& p = store.point(f + j);
+                    const __m128 lo = _mm_setr_ps(down(p.x), down(p.y), down(p.z), 0);
+                    const __m128 hi = _mm_setr_ps(up(p.x), up(p.y), up(p.z), 0);
+                    box.grow(lo, hi);
+                }
+            }
+        } else {
+            box.grow(_mm_setr_ps(nodes_[nd.first].lo[0], nodes_[nd.first].lo[1], nodes_[nd.first].lo[2], 0),
+                     _mm_setr_ps(nodes_[nd.first].hi[0], nodes_[nd.first].hi[1], nodes_[nd.first].hi[2], 0));
+            const Node& r = nodes_[nd.first + 1];
+            box.grow(_mm_setr_ps(r.lo[0], r.lo[1], r.lo[2], 0), _mm_setr_ps(r.hi[0], r.hi[1], r.hi[2], 0));
+        }
+        box.store(nd.lo, nd.hi);
+        for (int k = 0; k < 3; ++k)
+            if (!std::isfinite(nd.lo[k]) || !std::isfinite(nd.hi[k])) return false;
+    }
+    const double cost = treeCost();
+    if (cost > 2 * builtCost_ + 1) return false;
+    revision_ = store.geometryRevision();
+    return true;
 }
 
 template <class Visit>

@@ -7,8 +7,9 @@
 // then point in polygon for any number of points). Built with binned surface
 // area heuristic splits, subtrees in parallel. The hierarchy holds every
 // polygon in the world; whether one is disabled is looked up in the leaves, so
-// enabling and disabling never needs a rebuild. The owner rebuilds it when the
-// store's geometry revision moves on.
+// enabling and disabling never needs a rebuild. When polygons have only moved
+// since the build, refit recomputes the boxes bottom-up instead (and declines
+// when the tree has got much worse, so that the owner rebuilds).
 
 #include <cstdint>
 #include <memory>
@@ -26,9 +27,12 @@ public:
     ~Bvh();
 
     void build(const SceneStore& store);
+    // New boxes for the same tree after points moved; false when a rebuild is due.
+    bool refit(const SceneStore& store);
     void clear();
     std::uint64_t builtRevision() const { return revision_; }
     std::uint64_t builtRemovals() const { return removals_; }
+    std::uint64_t builtAdditions() const { return additions_; }
     std::size_t primitiveCount() const { return prims_.size(); }
     std::size_t nodeCount() const { return nodeCount_; }
 
@@ -47,6 +51,7 @@ private:
         std::uint32_t count;  // primitives in a leaf, 0 for an inner node
     };
     struct Builder;
+    double treeCost() const;
     template <class Visit>
     void traverse(Point3 o, Point3 d, double tMin, double& tMax, Visit&& visit) const;
 
@@ -55,6 +60,8 @@ private:
     std::vector<std::uint32_t> prims_;  // polygon slots, leaf order
     std::uint64_t revision_ = 0;
     std::uint64_t removals_ = 0;
+    std::uint64_t additions_ = 0;
+    double builtCost_ = 0;  // sum of node box areas over the root's, after the build
 };
 
 // The exact test of the leaves, on a stored polygon: t and whether the front is met.

@@ -17,7 +17,12 @@
 
 namespace engine {
 
-template <class T, unsigned kBits = 16>
+// The table may be larger than 28-bit indices need, with the blocks from entry
+// kTableOffset on: then a raw table lookup by other numbers (a whole handle, say)
+// finds the blocks where they belong and zeros elsewhere (see readAllAs).
+template <class T, unsigned kBits = 16,
+          std::size_t kTableBlocks = (std::size_t(1) << 28) / (std::size_t(1) << kBits),
+          std::size_t kTableOffset = 0>
 class ChunkedArray {
     static_assert(std::is_trivially_copyable_v<T>, "blocks are raw memory");
 
@@ -26,14 +31,17 @@ public:
     static constexpr std::size_t kBlock = std::size_t(1) << kBits;
     static constexpr std::size_t kMaxElements = std::size_t(1) << 28;
     static constexpr std::size_t kMaxBlocks = kMaxElements >> kBits;
+    static_assert(kTableBlocks >= kMaxBlocks + kTableOffset);
 
-    ChunkedArray() : blocks_(new T*[kMaxBlocks]) { std::fill_n(blocks_.get(), kMaxBlocks, nullptr); }
+    ChunkedArray() : blocks_(new T*[kTableBlocks]) { std::fill_n(blocks_.get(), kTableBlocks, nullptr); }
     ~ChunkedArray() { clear(); }
     ChunkedArray(const ChunkedArray&) = delete;
     ChunkedArray& operator=(const ChunkedArray&) = delete;
 
-    T& operator[](std::size_t i) { return blocks_[i >> kBits][i & (kBlock - 1)]; }
-    const T& operator[](std::size_t i) const { return blocks_[i >> kBits][i & (kBlock - 1)]; }
+    T& operator[](std::size_t i) { return blocks_[kTableOffset + (i >> kBits)][i & (kBlock - 1)]; }
+    const T& operator[](std::size_t i) const {
+        return blocks_[kTableOffset + (i >> kBits)][i & (kBlock - 1)];
+    }
 
     std::size_t capacity() const { return used_ * kBlock; }
 
@@ -44,24 +52,25 @@ public:
         while (capacity() < n) {
             T* block = static_cast<T*>(std::calloc(kBlock, sizeof(T)));
             if (!block) return false;
-            blocks_[used_++] = block;
+            blocks_[kTableOffset + used_++] = block;
         }
         return true;
     }
 
     void clear() {
-        for (std::size_t b = 0; b < used_; ++b) std::free(blocks_[b]);
-        std::fill_n(blocks_.get(), used_, spare_);
+        for (std::size_t b = 0; b < used_; ++b) std::free(blocks_[kTableOffset + b]);
+        std::fill_n(blocks_.get() + kTableOffset, used_, spare_);
         used_ = 0;
     }
 
-    // Makes every index below kMaxElements readable: blocks not yet allocated
+    // Makes every index the table covers readable: blocks not yet allocated
     // read as the given block of zeros (kBlock elements, never written).
     void readAllAs(const T* zeros) {
         spare_ = const_cast<T*>(zeros);
-        std::fill(blocks_.get() + used_, blocks_.get() + kMaxBlocks, spare_);
+        std::fill(blocks_.get(), blocks_.get() + kTableOffset, spare_);
+        std::fill(blocks_.get() + kTableOffset + used_, blocks_.get() + kTableBlocks, spare_);
     }
-    // The block table; its address never changes.
+    // The block table (blocks from entry kTableOffset); its address never changes.
     const T* const* table() const { return blocks_.get(); }
 
     // Bytes held by the blocks (address space; untouched pages are not resident).

@@ -109,7 +109,10 @@ const Bvh& Engine::pickIndex() const {
     // Deleted polygons are skipped in the leaves; rebuild once they are most of it.
     const bool bloated =
         (store_->removals() - bvh_->builtRemovals()) * 2 > bvh_->primitiveCount() + 1024;
-    if (stale || bloated) bvh_->build(*store_);
+    if (!stale && !bloated) return *bvh_;
+    // Polygons only moved (none entered the world): new boxes for the same tree.
+    if (!bloated && bvh_->builtAdditions() == store_->additions() && bvh_->refit(*store_)) return *bvh_;
+    bvh_->build(*store_);
     return *bvh_;
 }
 

@@ -128,7 +128,7 @@ Point3 Engine::group_get_center_of_mass(Handle group) const {
         for (std::uint32_t i = 0; i < c; ++i) sum = sum + store_->point(f + i);
         n += c;
     }
-    return n ? sum * (1.0 / double(n)) : Point3{};
+    return n ? Point3{sum.x / double(n), sum.y / double(n), sum.z / double(n)} : Point3{};
 }
 
 int Engine::group_set_name(Handle group, std::string_view name) {

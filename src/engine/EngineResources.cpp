@@ -195,7 +195,7 @@ Point3 Engine::math_cross(Point3 a, Point3 b) { return cross(a, b); }
 double Engine::math_normalize_vector(Point3& v) {
     const double len = length(v);
     if (len == 0 || !std::isfinite(len)) return 0;
-    v = v * (1.0 / len);
+    v = Point3{v.x / len, v.y / len, v.z / len};
     return len;
 }
 

@@ -53,7 +53,7 @@ bool planeOf(const Point3* p, std::size_t n, Plane& plane) {
     const Point3 a = frontAreaVector(p, n);
     const double len = length(a);
     if (!(len > degenerateTolerance(p, n)) || !std::isfinite(len)) return false;
-    plane.n = a * (1.0 / len);
+    plane.n = Point3{a.x / len, a.y / len, a.z / len};
     plane.d = -dot(plane.n, mean(p, n));
     return true;
 }
@@ -109,7 +109,7 @@ Point3 mean(const Point3* p, std::size_t n) {
     Point3 s{0, 0, 0};
     if (n == 0) return s;
     for (std::size_t i = 0; i < n; ++i) s = s + p[i];
-    return s * (1.0 / double(n));
+    return Point3{s.x / double(n), s.y / double(n), s.z / double(n)};
 }
 
 Point3 boxCentre(const Point3* p, std::size_t n) {

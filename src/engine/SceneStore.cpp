@@ -44,6 +44,7 @@ void SceneStore::clear() {
     versions_.assign(1, ++revision_);
     ++geometryRevision_;
     ++removals_;
+    ++additions_;
     groups_.assign(1, GroupRecord{});
     freeGroups_.clear();
     groupHead_ = groupTail_ = 0;
@@ -254,6 +255,7 @@ bool SceneStore::addToWorld(std::uint32_t s) {
     flags_[s] |= polyflag::kInWorld;
     touch(s);
     ++geometryRevision_;
+    ++additions_;
     return true;
 }
 

@@ -161,8 +161,9 @@ public:
     }
     // Bumped when a polygon's points change while it is in the world, or when one enters it.
     std::uint64_t geometryRevision() const { return geometryRevision_; }
-    // Polygons that have left the world so far.
+    // Polygons that have left / entered the world so far.
     std::uint64_t removals() const { return removals_; }
+    std::uint64_t additions() const { return additions_; }
 
     // ---- groups: read ------------------------------------------------------------------
     const GroupRecord* group(std::uint32_t g) const {
@@ -249,6 +250,7 @@ private:
     std::uint64_t revision_ = 1;
     std::uint64_t geometryRevision_ = 1;
     std::uint64_t removals_ = 0;
+    std::uint64_t additions_ = 0;
 
     std::vector<GroupRecord> groups_;  // [0] unused
     std::deque<std::uint32_t> freeGroups_;

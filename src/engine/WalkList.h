@@ -12,9 +12,13 @@ struct WalkList {
     // next / prev hold polygon handles; 0 at the ends of the walk and for slots
     // outside the world. Slot s is the polygon whose handle has index bits s.
     static constexpr Handle kPolygonBase = static_cast<Handle>(Kind::Polygon) << kKindShift;
-    using Links = ChunkedArray<Handle>;
+    // The table of next covers every 32-bit number in 2^16 blocks of 2^16 with
+    // the blocks where polygon handles fall, so following() looks a handle up
+    // as it is, with no range or kind check; prev is an ordinary array.
+    using Links = ChunkedArray<Handle, 16, std::size_t(1) << 16, (kPolygonBase >> 16)>;
 
-    Links next, prev;
+    Links next;
+    ChunkedArray<Handle> prev;
     std::uint32_t slotEnd = 1;  // slots [1, slotEnd) exist
     Handle head = 0, tail = 0;
     std::size_t count = 0;
@@ -24,17 +28,15 @@ struct WalkList {
     // The polygon after h in the walk; 0 at the end and for anything that is not
     // a polygon in the world. Reads only the table, so that it can be inline.
     static Handle following(const Handle* const* nextTable, Handle h) {
-        // One unsigned compare rejects 0 and every other kind; slots past the
-        // end read zeros.
-        const std::uint32_t s = h - kPolygonBase;
-        if (s >= Links::kMaxElements) return 0;
-        const Handle n = nextTable[s >> Links::kBlockBits][s & (Links::kBlock - 1)];
+        // 0, every other kind and slots past the end all read zeros.
+        const Handle n = nextTable[h >> Links::kBlockBits][h & (Links::kBlock - 1)];
         // Polygons are usually added in the order they were made, so the next is
         // the next slot: branching on that guess lets the processor run ahead of
         // the load instead of waiting for it.
         Handle guess = h + 1;
         if (__builtin_expect(n == guess, 1)) {
             asm("" : "+r"(guess));  // keep the branch: the compiler would fold it
+            if (guess == 0) __builtin_unreachable();  // lets a loop on h != 0 skip its test
             return guess;
         }
         return n;

@@ -64,7 +64,7 @@ void CommandMenus::sync() {
         if (!c.shortcut.empty()) {
             if (isMenuShortcut(c.shortcut)) {
                 a->setShortcut(QKeySequence::fromString(q(c.shortcut)));
-            } else {
+            } else if (!onToolbar) {
                 a->setText(a->text() + "\t" + q(c.shortcut));
             }
         }

@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 
@@ -248,6 +249,10 @@ void FormBinder::refreshOne(const Control& c, QWidget* w) {
             }
             const auto found = lw->findItems(q(c.text), Qt::MatchExactly);
             lw->setCurrentItem(found.isEmpty() ? nullptr : found.front());
+            // A short list needs no more room than its items.
+            const int rows = std::clamp(lw->count(), 1, 8);
+            const int rowHeight = std::max(lw->sizeHintForRow(0), 12);
+            lw->setMaximumHeight(rows * rowHeight + 2 * lw->frameWidth() + 2);
             break;
         }
         case ControlKind::CheckBox: {

@@ -83,6 +83,7 @@ void RenderWidget::keyPressEvent(QKeyEvent* e) {
         return;
     }
     ctx_.input.onKeyDown(ctx_, code, shiftMaskOf(e->modifiers()));
+    emit inputHandled();
 }
 
 void RenderWidget::mousePressEvent(QMouseEvent* e) {
@@ -91,6 +92,7 @@ void RenderWidget::mousePressEvent(QMouseEvent* e) {
     const QPointF p = e->position();
     ctx_.input.onMouseDown(ctx_, buttonMaskOf(e->button()), shiftMaskOf(e->modifiers()), p.x(),
                            p.y());
+    emit inputHandled();
 }
 
 void RenderWidget::mouseMoveEvent(QMouseEvent* e) {
@@ -98,6 +100,7 @@ void RenderWidget::mouseMoveEvent(QMouseEvent* e) {
     const QPointF p = e->position();
     ctx_.input.onMouseMove(ctx_, buttonMaskOf(e->buttons()), shiftMaskOf(e->modifiers()), p.x(),
                            p.y());
+    if (e->buttons() != Qt::NoButton) emit inputHandled();
 }
 
 void RenderWidget::mouseReleaseEvent(QMouseEvent* e) {
@@ -105,6 +108,7 @@ void RenderWidget::mouseReleaseEvent(QMouseEvent* e) {
     const QPointF p = e->position();
     ctx_.input.onMouseUp(ctx_, buttonMaskOf(e->button()), shiftMaskOf(e->modifiers()), p.x(),
                          p.y());
+    emit inputHandled();
 }
 
 void RenderWidget::mouseDoubleClickEvent(QMouseEvent* e) {
@@ -114,6 +118,7 @@ void RenderWidget::mouseDoubleClickEvent(QMouseEvent* e) {
     }
     const QPointF p = e->position();
     ctx_.input.onDblClick(ctx_, p.x(), p.y());
+    emit inputHandled();
 }
 
 void RenderWidget::wheelEvent(QWheelEvent* e) {
@@ -122,6 +127,7 @@ void RenderWidget::wheelEvent(QWheelEvent* e) {
     if (delta == 0) return;
     const QPointF p = e->position();
     ctx_.input.onWheel(ctx_, delta, p.x(), p.y());
+    emit inputHandled();
 }
 
 }  // namespace gui

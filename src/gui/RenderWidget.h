@@ -34,6 +34,10 @@ public:
     // Frames drawn so far.
     quint64 frames() const { return frames_; }
 
+signals:
+    // After each key, click, move or wheel turn the handlers took.
+    void inputHandled();
+
 protected:
     void initializeGL() override;
     void paintGL() override;

@@ -7,7 +7,7 @@
 namespace ui {
 
 std::string jsonNumber(double d) {
-    if (!std::isfinite(d)) return "null";  // JSON has no NaN or infinity
+    if (!std::isfinite(d)) return "null";               // JSON has no NaN or infinity
     if (d == 0) return std::signbit(d) ? "-0.0" : "0";  // "-0" would read back as 0
     char buf[64];
     auto res = std::to_chars(buf, buf + sizeof buf, d);
@@ -54,12 +54,28 @@ std::string jsonString(std::string_view s) {
     for (std::size_t i = 0; i < s.size();) {
         unsigned char c = static_cast<unsigned char>(s[i]);
         switch (c) {
-            case '"': out += "\\\""; ++i; continue;
-            case '\\': out += "\\\\"; ++i; continue;
-            case '\n': out += "\\n"; ++i; continue;
-            case '\r': out += "\\r"; ++i; continue;
-            case '\t': out += "\\t"; ++i; continue;
-            default: break;
+            case '"':
+                out += "\\\"";
+                ++i;
+                continue;
+            case '\\':
+                out += "\\\\";
+                ++i;
+                continue;
+            case '\n':
+                out += "\\n";
+                ++i;
+                continue;
+            case '\r':
+                out += "\\r";
+                ++i;
+                continue;
+            case '\t':
+                out += "\\t";
+                ++i;
+                continue;
+            default:
+                break;
         }
         char esc[8];
         if (c < 0x20 || c == 0x7F) {

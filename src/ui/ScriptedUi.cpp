@@ -13,10 +13,14 @@ namespace {
 
 bool answerFits(Answer a, Buttons b) {
     switch (b) {
-        case Buttons::OK: return a == Answer::OK;
-        case Buttons::OKCancel: return a == Answer::OK || a == Answer::Cancel;
-        case Buttons::YesNo: return a == Answer::Yes || a == Answer::No;
-        case Buttons::YesNoCancel: return a != Answer::OK;
+        case Buttons::OK:
+            return a == Answer::OK;
+        case Buttons::OKCancel:
+            return a == Answer::OK || a == Answer::Cancel;
+        case Buttons::YesNo:
+            return a == Answer::Yes || a == Answer::No;
+        case Buttons::YesNoCancel:
+            return a != Answer::OK;
     }
     return false;
 }
@@ -60,7 +64,8 @@ void ScriptedUi::answerForm(FormAnswer a) { forms_.push_back(std::move(a)); }
 
 std::vector<ScriptedUi::Unused> ScriptedUi::unusedAnswers() const {
     std::vector<Unused> all;
-    for (const auto& q : msgBoxes_) all.push_back({q.line, std::string("answer msgbox ") + answerName(q.value)});
+    for (const auto& q : msgBoxes_)
+        all.push_back({q.line, std::string("answer msgbox ") + answerName(q.value)});
     for (const auto& q : inputs_) all.push_back({q.line, "answer input"});
     for (const auto& q : opens_) all.push_back({q.line, "answer open"});
     for (const auto& q : saves_) all.push_back({q.line, "answer save"});
@@ -99,8 +104,7 @@ Answer ScriptedUi::msgBox(const std::string& text, Buttons buttons, const std::s
         a = msgBoxes_.front().value;
         if (!answerFits(a, buttons))
             fail(std::string("answer ") + answerName(a) + fromLine(msgBoxes_.front().line) +
-                 " does not fit the message box \"" + title + "\" (" + buttonsName(buttons) +
-                 ")");
+                 " does not fit the message box \"" + title + "\" (" + buttonsName(buttons) + ")");
         msgBoxes_.pop_front();
     }
     record(JsonObject()
@@ -113,8 +117,7 @@ Answer ScriptedUi::msgBox(const std::string& text, Buttons buttons, const std::s
     return a;
 }
 
-std::optional<std::string> ScriptedUi::inputBox(const std::string& prompt,
-                                                const std::string& title,
+std::optional<std::string> ScriptedUi::inputBox(const std::string& prompt, const std::string& title,
                                                 const std::string& defaultText) {
     checkFailed();
     if (inputs_.empty())

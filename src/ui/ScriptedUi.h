@@ -27,7 +27,7 @@ struct FormAnswer {
     std::string form;
     FormAction action = FormAction::Accept;
     std::vector<std::pair<std::string, std::string>> controls;  // CONTROL=VALUE in order
-    int line = 0;  // of the script, for messages
+    int line = 0;                                               // of the script, for messages
 };
 
 class ScriptedUi : public Ui {

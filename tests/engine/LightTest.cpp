@@ -67,8 +67,8 @@ TEST(EngineLight, SecondPassAddsAndClamps) {
 
 TEST(EngineLight, PointLightWithSpecular) {
     Scene s;
-    // A point light right above the side face's centre (3, 2/3, 2/3) on its
-    // normal, the camera there too: n.L = 1 and r.v = 1.
+    // A point light on the side face's normal through its centre (3, 2/3, 2/3),
+    // the camera at the light: n.L = 1 and r.v = 1.
     const Point3 c{3, 2.0 / 3, 2.0 / 3};
     s.e.light_set_type_of_light(s.light, kPoint);
     s.e.light_set_location(s.light, {c.x + 10, c.y, c.z});
@@ -77,10 +77,10 @@ TEST(EngineLight, PointLightWithSpecular) {
     s.e.light_set_specular(s.light, 1.5);
     s.e.light_set_specular_shining(s.light, 2);
     const Handle cam = s.e.camera_get_default_camera();
-    s.e.camera_set_location(cam, {c.x + 20, c.y, c.z});
+    s.e.camera_set_location(cam, {c.x + 10, c.y, c.z});
     ASSERT_EQ(s.e.light_activate(s.light, 0), 0);
     EXPECT_EQ(s.grey(s.side), 172);  // 63.75 x (0.2 + 1 + 1.5) = 172.1
-    // The up face sees the light at 45 degrees off... computed from its centre.
+    // The up face sees the light low over its edge, from its centre.
     const Point3 uc{1.0 / 3, 2.0 / 3, 0};
     Point3 L = Point3{c.x + 10, c.y, c.z} - uc;
     const double nl = L.z / engine::length(L);

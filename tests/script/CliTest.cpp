@@ -44,7 +44,8 @@ protected:
 };
 
 TEST_F(Cli, TranscriptToStandardOutputOrToAFile) {
-    std::string s = script("ok.tvs", "echo \"first line\"\npolygon 0,0,0 0,1,0 1,0,0 > P\necho $P\n");
+    std::string s =
+        script("ok.tvs", "echo \"first line\"\npolygon 0,0,0 0,1,0 1,0,0 > P\necho $P\n");
     CliRun r = run("run " + s);
     ASSERT_EQ(r.rc, 0) << r.err;
     auto all = lines(r.out);

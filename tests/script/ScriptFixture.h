@@ -34,7 +34,7 @@ protected:
     // Runs `text` as "script.tvs" in a temp folder; `setup` adds test forms,
     // commands and procedures before the start-up.
     ScriptResult runScript(const std::string& text,
-                  const std::function<void(core::AppContext&)>& setup = {}) {
+                           const std::function<void(core::AppContext&)>& setup = {}) {
         transcript.str("");
         transcript.clear();
         session = std::make_unique<script::ScriptSession>(&transcript);

@@ -66,11 +66,11 @@ std::string getValue(const ScriptResult& r, std::size_t i) { return r.of("get").
 
 TEST_F(ScriptTest, SetRunsHandlersAsAPersonWouldAndGetReadsBack) {
     ScriptResult r = runScript(
-        "set frmTest.optA 1\n"       // already on after the load: nothing runs
-        "set frmTest.optB true\n"    // runs, and optA goes off
-        "set frmTest.chkX 0\n"       // no change
+        "set frmTest.optA 1\n"     // already on after the load: nothing runs
+        "set frmTest.optB true\n"  // runs, and optA goes off
+        "set frmTest.chkX 0\n"     // no change
         "set frmTest.chkX 1\n"
-        "set frmTest.cboMax 100\n"   // same text
+        "set frmTest.cboMax 100\n"  // same text
         "set frmTest.cboMax \"2.5e3\"\n"
         "set frmTest.lstUnits dm\n"
         "get frmTest.lblLog\nget frmTest.optA\nget frmTest.optB\nget frmTest.chkX\n"
@@ -124,7 +124,8 @@ TEST_F(ScriptTest, AnswerFormAcceptsAfterSettingControlsInOrder) {
     ASSERT_EQ(r.rc, 0) << r.err;
     auto forms = r.of("form");
     ASSERT_EQ(forms.size(), 2u);
-    EXPECT_EQ(forms[0], nlohmann::json::parse(R"({"kind":"form","name":"frmTest","action":"accept"})"));
+    EXPECT_EQ(forms[0],
+              nlohmann::json::parse(R"({"kind":"form","name":"frmTest","action":"accept"})"));
     EXPECT_EQ(forms[1]["action"], "close");
     EXPECT_EQ(getValue(r, 0), "load optA cboMax chkX cboMax optB cmdOK chkX close");
     std::vector<std::string> last;
@@ -140,12 +141,11 @@ TEST_F(ScriptTest, FormAnswerErrors) {
         const char* script;
         int line;
     };
-    for (Case c : {Case{"answer form frmSecond accept\nrun mnuShowTest\n", 2},
-                   Case{"answer form frmNope accept\n", 1},
-                   Case{"answer form frmTest accept chkX\n", 1},
-                   Case{"answer form frmTest maybe\n", 1},
-                   Case{"echo\nrun mnuShowTest\n", 2},
-                   Case{"answer form frmTest accept txtLocked=1\nrun mnuShowTest\n", 2}}) {
+    for (Case c :
+         {Case{"answer form frmSecond accept\nrun mnuShowTest\n", 2},
+          Case{"answer form frmNope accept\n", 1}, Case{"answer form frmTest accept chkX\n", 1},
+          Case{"answer form frmTest maybe\n", 1}, Case{"echo\nrun mnuShowTest\n", 2},
+          Case{"answer form frmTest accept txtLocked=1\nrun mnuShowTest\n", 2}}) {
         ScriptResult r = runScript(c.script, addForms);
         EXPECT_EQ(r.rc, 2) << c.script;
         std::string where = "script.tvs:" + std::to_string(c.line) + ":";

@@ -154,7 +154,8 @@ TEST_F(ScriptTest, EngineOperationsWithOutArguments) {
 TEST_F(ScriptTest, PolygonCommandAndDump) {
     ScriptResult r = runScript(
         "call group_create Mine > G\n"
-        "polygon --group $G --name \"UP_Infor\\r\\nline 2\" --colour 255,0,0 0.1,0.2,0.3 0.1,10,0.3 "
+        "polygon --group $G --name \"UP_Infor\\r\\nline 2\" --colour 255,0,0 0.1,0.2,0.3 "
+        "0.1,10,0.3 "
         "10.7,0.2,0.3 > A\n"
         "polygon 0,0,0 0,1,0 1,0,0\n"
         "polygon \"0,0,1\" 0,1,1 1,0,1 > C\n"
@@ -167,7 +168,8 @@ TEST_F(ScriptTest, PolygonCommandAndDump) {
     std::filesystem::create_directories(dir.path / "out");
     r = runScript(
         "call group_create Mine > G\n"
-        "polygon --group $G --name \"UP_Infor\\r\\nline 2\" --colour 255,0,0 0.1,0.2,0.3 0.1,10,0.3 "
+        "polygon --group $G --name \"UP_Infor\\r\\nline 2\" --colour 255,0,0 0.1,0.2,0.3 "
+        "0.1,10,0.3 "
         "10.7,0.2,0.3 > A\n"
         "polygon 0,0,0 0,1,0 1,0,0\n"
         "polygon \"0,0,1\" 0,1,1 1,0,1 > C\n"
@@ -199,13 +201,15 @@ TEST_F(ScriptTest, PolygonCommandAndDump) {
     EXPECT_EQ(polys[0]["points"][2][0].get<double>(), 10.7);
     EXPECT_EQ(polys[0]["points"].size(), 3u);
     EXPECT_EQ(polys[0]["point_colours"].size(), 3u);
-    for (const char* key : {"translucent", "brightness", "light"}) EXPECT_TRUE(polys[0].contains(key));
+    for (const char* key : {"translucent", "brightness", "light"})
+        EXPECT_TRUE(polys[0].contains(key));
 
     // Polygons without --group each get a new "ScriptGroup"; groups in creation order.
     auto& groups = scene["groups"];
     std::vector<json> mine;
     for (auto& gr : groups)
-        if (gr["handle"] == g || gr["handle"] == polys[1]["group"] || gr["handle"] == polys[2]["group"])
+        if (gr["handle"] == g || gr["handle"] == polys[1]["group"] ||
+            gr["handle"] == polys[2]["group"])
             mine.push_back(gr);
     ASSERT_EQ(mine.size(), 3u);
     EXPECT_EQ(mine[0]["name"], "Mine");
@@ -289,16 +293,23 @@ TEST_F(ScriptTest, WindowSizeAndRenderWindowEvents) {
     EXPECT_EQ(ctx().state.lngWindowWidth, 640);
     EXPECT_EQ(ctx().state.lngWindowHeight, 480);
     // Key codes of the window system: A 65, F5 116, PageDown 34, 7 55, Escape 27.
-    std::vector<std::string> expected = {
-        "key 65 0", "key 116 3", "key 34 0", "key 55 4", "key 27 0",
-        "down 1 2 10.500000 20.000000", "move 1 0 11.000000 21.000000",
-        "up 4 1 12.000000 22.000000", "dbl 5.000000 6.000000", "wheel -120 400.000000 300.000000"};
+    std::vector<std::string> expected = {"key 65 0",
+                                         "key 116 3",
+                                         "key 34 0",
+                                         "key 55 4",
+                                         "key 27 0",
+                                         "down 1 2 10.500000 20.000000",
+                                         "move 1 0 11.000000 21.000000",
+                                         "up 4 1 12.000000 22.000000",
+                                         "dbl 5.000000 6.000000",
+                                         "wheel -120 400.000000 300.000000"};
     EXPECT_EQ(events, expected);
 }
 
 TEST_F(ScriptTest, EventsWithNoHandlerAreTakenQuietlyAndTheWindowStartsAt800By600) {
     auto none = [](core::AppContext& ctx) { ctx.input = core::InputHandlers{}; };
-    ScriptResult r = runScript("key Space\nmouse down 1 0 1 1\nwheel 120 1 1\nmouse dblclick 0 0\n", none);
+    ScriptResult r =
+        runScript("key Space\nmouse down 1 0 1 1\nwheel 120 1 1\nmouse dblclick 0 0\n", none);
     EXPECT_EQ(r.rc, 0) << r.err;
     EXPECT_EQ(ctx().engine.window_width(), 800);
     EXPECT_EQ(ctx().engine.window_height(), 600);

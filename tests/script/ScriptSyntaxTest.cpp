@@ -1,8 +1,8 @@
 // The script language itself: tokens, quotes, variables, answers and the exit
 // statuses of script errors.
 
-#include "cli/script/Tokenizer.h"
 #include "ScriptFixture.h"
+#include "cli/script/Tokenizer.h"
 
 namespace {
 
@@ -46,7 +46,9 @@ TEST(Tokenizer, VariablesInAndOutOfQuotes) {
 }
 
 TEST_F(ScriptTest, EchoCommentsBlankLinesAndCrLf) {
-    ScriptResult r = runScript("# a comment\r\n\r\n   \n  # indented comment\necho  hello   world \r\necho \"a\\tb\" \"\"\n");
+    ScriptResult r = runScript(
+        "# a comment\r\n\r\n   \n  # indented comment\necho  hello   world \r\necho \"a\\tb\" "
+        "\"\"\n");
     ASSERT_EQ(r.rc, 0) << r.err;
     auto e = r.of("echo");
     ASSERT_EQ(e.size(), 2u);
@@ -62,12 +64,11 @@ TEST_F(ScriptTest, UnknownCommandNamesItsLine) {
 }
 
 TEST_F(ScriptTest, BadArgumentsAreScriptErrors) {
-    for (const char* line : {"window 800", "window a 600", "clock 2026-13-01 10:00:00",
-                             "clock 2026-02-29 10:00:00", "key F13", "key A 9",
-                             "mouse down 1 0 10", "mouse drag 1 0 1 1", "wheel 120 x 1",
-                             "answer msgbox Maybe", "answer input", "answer colour 1,2",
-                             "answer colour 1,2,300", "answer form", "echo \"open",
-                             "echo $UNSET", "run", "call", "polygon 0,0,0 1,0,0"}) {
+    for (const char* line :
+         {"window 800", "window a 600", "clock 2026-13-01 10:00:00", "clock 2026-02-29 10:00:00",
+          "key F13", "key A 9", "mouse down 1 0 10", "mouse drag 1 0 1 1", "wheel 120 x 1",
+          "answer msgbox Maybe", "answer input", "answer colour 1,2", "answer colour 1,2,300",
+          "answer form", "echo \"open", "echo $UNSET", "run", "call", "polygon 0,0,0 1,0,0"}) {
         ScriptResult r = runScript(std::string("echo ok\n") + line + "\n");
         EXPECT_EQ(r.rc, 2) << line;
         EXPECT_NE(r.err.find("script.tvs:2:"), std::string::npos) << line << " -> " << r.err;
@@ -142,7 +143,10 @@ TEST_F(ScriptTest, EveryAnswerKindIncludingCancel) {
 
     auto boxes = r.of("msgbox");
     ASSERT_EQ(boxes.size(), 3u);
-    EXPECT_EQ(boxes[1], nlohmann::json::parse(R"({"kind":"msgbox","title":"Info","text":"Done","buttons":"OK","answer":"OK"})"));
+    EXPECT_EQ(
+        boxes[1],
+        nlohmann::json::parse(
+            R"({"kind":"msgbox","title":"Info","text":"Done","buttons":"OK","answer":"OK"})"));
     auto opens = r.of("open");
     ASSERT_EQ(opens.size(), 2u);
     EXPECT_EQ(opens[0]["filetype"], "Thing");
@@ -164,8 +168,8 @@ TEST_F(ScriptTest, UnansweredQuestionStopsAtTheLineThatRaisedIt) {
 }
 
 TEST_F(ScriptTest, AnswerNeverUsedIsAScriptErrorNamingItsLine) {
-    ScriptResult r = runScript("echo a\nanswer input 5\nanswer msgbox Yes\nrun cmdAskYesNo\n",
-                      dialogCommands);
+    ScriptResult r =
+        runScript("echo a\nanswer input 5\nanswer msgbox Yes\nrun cmdAskYesNo\n", dialogCommands);
     EXPECT_EQ(r.rc, 2);
     EXPECT_NE(r.err.find("script.tvs:2: answer input"), std::string::npos) << r.err;
     EXPECT_EQ(r.err.find("script.tvs:3:"), std::string::npos) << r.err;

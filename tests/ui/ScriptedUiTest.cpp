@@ -15,8 +15,8 @@ namespace {
 using nlohmann::json;
 using ui::Answer;
 using ui::Buttons;
-using ui::ScriptError;
 using ui::ScriptedUi;
+using ui::ScriptError;
 
 json line(const ScriptedUi& u, std::size_t i) { return json::parse(u.transcript().at(i)); }
 
@@ -30,7 +30,9 @@ TEST(ScriptedUi, OkBoxNeedsNoAnswerAndLeavesTheQueueAlone) {
 
     ASSERT_EQ(u.transcript().size(), 2u);
     json a = line(u, 0), b = line(u, 1);
-    EXPECT_EQ(a, json::parse(R"({"kind":"msgbox","title":"Info","text":"Saved","buttons":"OK","answer":"OK"})"));
+    EXPECT_EQ(
+        a, json::parse(
+               R"({"kind":"msgbox","title":"Info","text":"Saved","buttons":"OK","answer":"OK"})"));
     EXPECT_EQ(b["buttons"], "YesNo");
     EXPECT_EQ(b["answer"], "No");
     // The stream gets the same lines, one object a line.
@@ -75,9 +77,15 @@ TEST(ScriptedUi, InputFileAndColourAnswersIncludingCancel) {
     EXPECT_THROW(u.inputBox("More?", "T", ""), ScriptError);
 
     ASSERT_EQ(u.transcript().size(), 6u);
-    EXPECT_EQ(line(u, 0), json::parse(R"({"kind":"input","title":"Sphere","prompt":"Radius?","default":"10","answer":"12"})"));
+    EXPECT_EQ(
+        line(u, 0),
+        json::parse(
+            R"({"kind":"input","title":"Sphere","prompt":"Radius?","default":"10","answer":"12"})"));
     EXPECT_TRUE(line(u, 1)["answer"].is_null());
-    EXPECT_EQ(line(u, 2), json::parse(R"({"kind":"open","filetype":"Map3D ASC-File","filter":"ASC (*.asc)|*.asc","answer":"a.asc"})"));
+    EXPECT_EQ(
+        line(u, 2),
+        json::parse(
+            R"({"kind":"open","filetype":"Map3D ASC-File","filter":"ASC (*.asc)|*.asc","answer":"a.asc"})"));
     EXPECT_EQ(line(u, 3)["kind"], "save");
     EXPECT_TRUE(line(u, 3)["answer"].is_null());
     EXPECT_EQ(line(u, 4)["answer"], json::parse("[1,2,3]"));
@@ -178,7 +186,8 @@ TEST(ScriptedUi, ModalFormErrors) {
         EXPECT_NE(u.failure()->find("frmOther"), std::string::npos);
     }
     for (auto control : {std::pair<std::string, std::string>{"chkMissing", "1"},
-                         {"chkKeep", "x"}, {"chkOff", "1"}}) {
+                         {"chkKeep", "x"},
+                         {"chkOff", "1"}}) {
         ScriptedUi u;
         NameForm f;
         u.answerForm({"frmName", ui::FormAction::Accept, {control}, 5});
@@ -188,7 +197,8 @@ TEST(ScriptedUi, ModalFormErrors) {
 }
 
 TEST(JsonText, NumbersReadBackToTheSameDouble) {
-    for (double d : {0.1, 1e308, 5e-324, 1.0 / 3.0, -2.5e-7, 123456789.125, 2.2250738585072014e-308}) {
+    for (double d :
+         {0.1, 1e308, 5e-324, 1.0 / 3.0, -2.5e-7, 123456789.125, 2.2250738585072014e-308}) {
         std::string s = ui::jsonNumber(d);
         EXPECT_EQ(json::parse(s).get<double>(), d) << s;
     }

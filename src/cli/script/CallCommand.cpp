@@ -51,8 +51,7 @@ void ScriptRunner::cmdCall(Args a) {
 }
 
 void ScriptRunner::cmdPolygon(Args a) {
-    const char* usage =
-        "polygon [--group H] [--name TEXT] [--colour R,G,B] P1 P2 P3 ... [> VAR]";
+    const char* usage = "polygon [--group H] [--name TEXT] [--colour R,G,B] P1 P2 P3 ... [> VAR]";
     std::string var = takeRedirect(a);
     engine::Handle group = 0;
     bool haveGroup = false;
@@ -86,7 +85,9 @@ void ScriptRunner::cmdPolygon(Args a) {
     for (const auto& p : pts) e.polygon_add_point(poly, p);
     if (e.engine_add_polygon(poly) == -1) {
         e.polygon_delete(poly);
-        badArgs("polygon: the engine refused the polygon (fewer than three distinct points or no area)");
+        badArgs(
+            "polygon: the engine refused the polygon (fewer than three distinct points or no "
+            "area)");
     }
     if (!haveGroup) group = e.group_create("ScriptGroup");
     e.polygon_set_group(poly, group);

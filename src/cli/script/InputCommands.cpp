@@ -20,9 +20,8 @@ int keyCode(const std::string& key) {
         return 0;
     }
     static const std::map<std::string, int> named = {
-        {"Left", 37},  {"Right", 39},    {"Up", 38},     {"Down", 40},
-        {"PageUp", 33}, {"PageDown", 34}, {"Space", 32}, {"Escape", 27},
-        {"Backspace", 8},
+        {"Left", 37},     {"Right", 39}, {"Up", 38},     {"Down", 40},     {"PageUp", 33},
+        {"PageDown", 34}, {"Space", 32}, {"Escape", 27}, {"Backspace", 8},
     };
     if (auto it = named.find(key); it != named.end()) return it->second;
     if (key.size() >= 2 && key[0] == 'F') {
@@ -65,7 +64,9 @@ void ScriptRunner::cmdMouse(const Args& a) {
     int button = mask(a[1].text, "mouse BUTTON");
     int shift = mask(a[2].text, "mouse SHIFT");
     double x = number(a[3].text, "mouse X"), y = number(a[4].text, "mouse Y");
-    auto& handler = what == "down" ? in.onMouseDown : what == "move" ? in.onMouseMove : in.onMouseUp;
+    auto& handler = what == "down"   ? in.onMouseDown
+                    : what == "move" ? in.onMouseMove
+                                     : in.onMouseUp;
     if (handler) handler(ctx_, button, shift, x, y);
 }
 

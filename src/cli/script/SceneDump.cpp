@@ -72,21 +72,23 @@ std::string sceneDumpJson(core::AppContext& ctx) {
 
     out += "  \"background\": " + jsonColour(e.engine_get_background_color()) + ",\n";
     const engine::CameraState& cam = e.camera();
-    out += "  \"camera\": " + ui::JsonObject()
-                                  .raw("location", jsonPoint(cam.location))
-                                  .raw("direction", jsonPoint(cam.direction))
-                                  .raw("up", jsonPoint(cam.up))
-                                  .num("zoom", cam.zoom)
-                                  .text() +
+    out += "  \"camera\": " +
+           ui::JsonObject()
+               .raw("location", jsonPoint(cam.location))
+               .raw("direction", jsonPoint(cam.direction))
+               .raw("up", jsonPoint(cam.up))
+               .num("zoom", cam.zoom)
+               .text() +
            ",\n";
     const core::MainState& s = ctx.state;
-    out += "  \"state\": " + ui::JsonObject()
-                                 .raw("dblRotationCentre", jsonPoint(s.dblRotationCentre))
-                                 .raw("dblCoordOffset", jsonPoint(s.dblCoordOffset))
-                                 .str("strLoadedFiles", s.strLoadedFiles)
-                                 .str("strCommentLog", s.strCommentLog)
-                                 .str("txtComment", s.txtComment)
-                                 .text() +
+    out += "  \"state\": " +
+           ui::JsonObject()
+               .raw("dblRotationCentre", jsonPoint(s.dblRotationCentre))
+               .raw("dblCoordOffset", jsonPoint(s.dblCoordOffset))
+               .str("strLoadedFiles", s.strLoadedFiles)
+               .str("strCommentLog", s.strCommentLog)
+               .str("txtComment", s.txtComment)
+               .text() +
            "\n}\n";
     return out;
 }

@@ -81,7 +81,8 @@ bool boolean(const std::string& s, const char* what) {
     if (s == "true" || s == "True" || s == "TRUE") return true;
     if (s == "false" || s == "False" || s == "FALSE") return false;
     double d = 0;
-    if (!readNumber(s, d)) badArgs(std::string(what) + ": '" + s + "' is not true, false or a number");
+    if (!readNumber(s, d))
+        badArgs(std::string(what) + ": '" + s + "' is not true, false or a number");
     return d != 0;
 }
 
@@ -95,24 +96,37 @@ core::Value argument(core::ParamKind k, const std::string& token, bool outOnly,
             return argument(k, token, false, what);
         } catch (const ui::ScriptError&) {
             switch (k) {
-                case ParamKind::Number: return core::Value(0.0);
+                case ParamKind::Number:
+                    return core::Value(0.0);
                 case ParamKind::Integer:
-                case ParamKind::Handle: return core::Value(0);
-                case ParamKind::Bool: return core::Value(false);
-                case ParamKind::Text: return core::Value(std::string());
-                case ParamKind::Point: return core::Value(engine::Point3{});
-                case ParamKind::Colour: return core::Value(engine::Rgb{});
+                case ParamKind::Handle:
+                    return core::Value(0);
+                case ParamKind::Bool:
+                    return core::Value(false);
+                case ParamKind::Text:
+                    return core::Value(std::string());
+                case ParamKind::Point:
+                    return core::Value(engine::Point3{});
+                case ParamKind::Colour:
+                    return core::Value(engine::Rgb{});
             }
         }
     }
     switch (k) {
-        case ParamKind::Number: return core::Value(number(token, w));
-        case ParamKind::Integer: return core::Value(integer(token, w));
-        case ParamKind::Handle: return core::Value(integer(token, w));
-        case ParamKind::Bool: return core::Value(boolean(token, w));
-        case ParamKind::Text: return core::Value(token);
-        case ParamKind::Point: return core::Value(point(token, w));
-        case ParamKind::Colour: return core::Value(colour(token, w));
+        case ParamKind::Number:
+            return core::Value(number(token, w));
+        case ParamKind::Integer:
+            return core::Value(integer(token, w));
+        case ParamKind::Handle:
+            return core::Value(integer(token, w));
+        case ParamKind::Bool:
+            return core::Value(boolean(token, w));
+        case ParamKind::Text:
+            return core::Value(token);
+        case ParamKind::Point:
+            return core::Value(point(token, w));
+        case ParamKind::Colour:
+            return core::Value(colour(token, w));
     }
     return {};
 }

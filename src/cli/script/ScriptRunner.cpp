@@ -30,8 +30,7 @@ std::pair<std::string, std::string> splitDotted(const std::string& s, const char
 
 }  // namespace
 
-ScriptRunner::ScriptRunner(core::AppContext& ctx, ui::ScriptedUi& ui,
-                           std::filesystem::path baseDir)
+ScriptRunner::ScriptRunner(core::AppContext& ctx, ui::ScriptedUi& ui, std::filesystem::path baseDir)
     : ctx_(ctx), ui_(ui), baseDir_(std::move(baseDir)) {}
 
 std::optional<std::string> ScriptRunner::variable(const std::string& name) const {
@@ -170,11 +169,16 @@ void ScriptRunner::cmdAnswer(const Args& a) {
         expectCount(rest, 1, "answer msgbox Yes|No|OK|Cancel");
         std::string v = lower(rest[0].text);
         ui::Answer ans;
-        if (v == "yes") ans = ui::Answer::Yes;
-        else if (v == "no") ans = ui::Answer::No;
-        else if (v == "ok") ans = ui::Answer::OK;
-        else if (v == "cancel") ans = ui::Answer::Cancel;
-        else badArgs("'" + rest[0].text + "' is not Yes, No, OK or Cancel");
+        if (v == "yes")
+            ans = ui::Answer::Yes;
+        else if (v == "no")
+            ans = ui::Answer::No;
+        else if (v == "ok")
+            ans = ui::Answer::OK;
+        else if (v == "cancel")
+            ans = ui::Answer::Cancel;
+        else
+            badArgs("'" + rest[0].text + "' is not Yes, No, OK or Cancel");
         ui_.answerMsgBox(ans, line_);
     } else if (kind == "input") {
         expectCount(rest, 1, "answer input TEXT | answer input --cancel");
@@ -186,8 +190,10 @@ void ScriptRunner::cmdAnswer(const Args& a) {
             path = resolve(rest[0].text).string();
             shown = rest[0].text;
         }
-        if (kind == "open") ui_.answerOpen(path, line_, shown);
-        else ui_.answerSave(path, line_, shown);
+        if (kind == "open")
+            ui_.answerOpen(path, line_, shown);
+        else
+            ui_.answerSave(path, line_, shown);
     } else if (kind == "colour" || kind == "color") {
         expectCount(rest, 1, "answer colour R,G,B | answer colour --cancel");
         if (cancel) {
@@ -204,14 +210,16 @@ void ScriptRunner::cmdAnswer(const Args& a) {
         fa.form = rest[0].text;
         fa.line = line_;
         if (!ctx_.forms.find(fa.form)) badArgs("unknown form '" + fa.form + "'");
-        if (rest[1].text == "accept") fa.action = ui::FormAction::Accept;
-        else if (rest[1].text == "close") fa.action = ui::FormAction::Close;
-        else badArgs("'" + rest[1].text + "' is not accept or close");
+        if (rest[1].text == "accept")
+            fa.action = ui::FormAction::Accept;
+        else if (rest[1].text == "close")
+            fa.action = ui::FormAction::Close;
+        else
+            badArgs("'" + rest[1].text + "' is not accept or close");
         for (std::size_t i = 2; i < rest.size(); ++i) {
             const std::string& t = rest[i].text;
             auto eq = t.find('=');
-            if (eq == std::string::npos || eq == 0)
-                badArgs("'" + t + "' is not CONTROL=VALUE");
+            if (eq == std::string::npos || eq == 0) badArgs("'" + t + "' is not CONTROL=VALUE");
             fa.controls.emplace_back(t.substr(0, eq), t.substr(eq + 1));
         }
         ui_.answerForm(std::move(fa));
@@ -283,7 +291,8 @@ void ScriptRunner::cmdWorldFile(const Args& a, bool save) {
     if (!hook) throw RunError("world files are not available in this build");
     std::string path = resolve(a[0].text).string();
     if (!hook(ctx_, path))
-        throw RunError(std::string(save ? "could not save the world file '" : "could not open the world file '") +
+        throw RunError(std::string(save ? "could not save the world file '"
+                                        : "could not open the world file '") +
                        a[0].text + "'");
 }
 

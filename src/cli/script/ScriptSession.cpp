@@ -23,10 +23,15 @@ ScriptSession::ScriptSession(std::ostream* transcript)
 
 ScriptSession::~ScriptSession() = default;
 
-int ScriptSession::start(std::ostream& err,
-                         const std::function<void(core::AppContext&)>& setup) {
-    if (started_) return 0;
+int ScriptSession::start(std::ostream& err, const std::function<void(core::AppContext&)>& setup) {
+    if (started_) return startStatus_;
     started_ = true;
+    startStatus_ = startOnce(err, setup);
+    return startStatus_;
+}
+
+int ScriptSession::startOnce(std::ostream& err,
+                             const std::function<void(core::AppContext&)>& setup) {
     try {
         app::registerAll(*ctx_);
         core::registerEngineProcedures(ctx_->procedures);

@@ -37,9 +37,12 @@ public:
                 const std::filesystem::path& baseDir, std::ostream& err);
 
 private:
+    int startOnce(std::ostream& err, const std::function<void(core::AppContext&)>& setup);
+
     std::unique_ptr<ui::ScriptedUi> ui_;
     std::unique_ptr<core::AppContext> ctx_;
     bool started_ = false;
+    int startStatus_ = 0;
 };
 
 // What `tarvik-cli run` does: start, run the file, give the exit status.

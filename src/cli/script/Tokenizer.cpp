@@ -39,12 +39,25 @@ std::vector<Token> tokenize(
                 // Outside quotes a backslash is itself (folder separators).
                 char e = line[i + 1];
                 switch (e) {
-                    case '"': tok.text += '"'; break;
-                    case '\\': tok.text += '\\'; break;
-                    case 't': tok.text += '\t'; break;
-                    case 'r': tok.text += '\r'; break;
-                    case 'n': tok.text += '\n'; break;
-                    default: tok.text += '\\'; tok.text += e; break;
+                    case '"':
+                        tok.text += '"';
+                        break;
+                    case '\\':
+                        tok.text += '\\';
+                        break;
+                    case 't':
+                        tok.text += '\t';
+                        break;
+                    case 'r':
+                        tok.text += '\r';
+                        break;
+                    case 'n':
+                        tok.text += '\n';
+                        break;
+                    default:
+                        tok.text += '\\';
+                        tok.text += e;
+                        break;
                 }
                 i += 2;
             } else if (c == '$' && i + 1 < n && nameStart(line[i + 1])) {

@@ -22,8 +22,9 @@ public:
 };
 
 // `lookup` gives a variable's value, or nothing for an unknown name.
-std::vector<Token> tokenize(const std::string& line,
-                            const std::function<std::optional<std::string>(const std::string&)>& lookup);
+std::vector<Token> tokenize(
+    const std::string& line,
+    const std::function<std::optional<std::string>(const std::string&)>& lookup);
 
 bool isVariableName(const std::string& name);
 
