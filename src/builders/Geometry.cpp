@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include "core/AppContext.h"
@@ -38,7 +37,7 @@ double roundHalfEven1(double x) {
         up = false;
     } else {
         bool beyondHalf = rest.find_first_not_of('0', 1) != std::string::npos;
-        up = true;
+        up = beyondHalf || ((digits.back() - '0') % 2 == 1);
     }
     if (up) {
         int i = static_cast<int>(digits.size()) - 1;

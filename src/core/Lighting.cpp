@@ -86,6 +86,9 @@ void P_subApplyLight(AppContext& ctx, engine::Handle hGroup) {
         P_subLightFollowCamera(ctx, hGroup);
     }
     ctx.state.bolLightFollowsCamera = option == "optDynamicLight" ? -1 : 0;
+    // The camera update calls the hook each frame while the flag is set.
+    if (ctx.state.bolLightFollowsCamera != 0 && !ctx.lightFollowCamera)
+        ctx.lightFollowCamera = [](AppContext& c) { P_subLightFollowCamera(c, 0); };
 }
 
 void P_subLightOff(AppContext& ctx, engine::Handle hGroup) {

@@ -1,5 +1,6 @@
 #include "core/Navigation.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <memory>
@@ -190,7 +191,11 @@ void cboZoomRate_Change(AppContext& ctx) {
     const std::string& t = c.text;
     if (t == "SlowP1" || t == "SlowP2" || t == "SlowO1" || t == "SlowO2") {
         s.bolZoomActive = false;
-        s.dblSlowZoomRate = (t == "SlowP1" ? 1.2 : t == "SlowP2" ? 0.9 : t == "SlowO1" ? 0.6 : 0.3) / f;
+        s.dblSlowZoomRate = (t == "SlowP1"   ? 1.2
+                             : t == "SlowP2" ? 0.9
+                             : t == "SlowO1" ? 0.6
+                                             : 0.3) /
+                            f;
         return;
     }
     // "Active", and any typed text, which becomes "Active".
@@ -309,7 +314,8 @@ void Navigator::mouseUp(AppContext& ctx, int, int, double, double) {
 void Navigator::wheel(AppContext& ctx, int delta, double, double) {
     if (delta == 0 || ctx.ui.pointer() == 11) return;
     const int notches = std::max(1, std::abs(delta) / 120);
-    for (int i = 0; i < notches; ++i) p_subZoom(ctx, delta > 0 ? -10.0 * kWheelLines : 10.0 * kWheelLines, false);
+    for (int i = 0; i < notches; ++i)
+        p_subZoom(ctx, delta > 0 ? -10.0 * kWheelLines : 10.0 * kWheelLines, false);
     p_subMainLoop(ctx, true);
 }
 
@@ -444,12 +450,23 @@ void Navigator::keyDown(AppContext& ctx, int key, int shift) {
     if (shift == 2) {
         const char* command = nullptr;
         switch (key) {
-            case 'B': command = "mnuBackup"; break;
-            case 'F': command = "mnuFindFromAllText"; break;
-            case 'G': command = "mnuFindFromVisibleText"; break;
-            case 'H': command = "mnuFindFromHiddenText"; break;
-            case 'I': command = "mnuImportDXF"; break;
-            default: break;
+            case 'B':
+                command = "mnuBackup";
+                break;
+            case 'F':
+                command = "mnuFindFromAllText";
+                break;
+            case 'G':
+                command = "mnuFindFromVisibleText";
+                break;
+            case 'H':
+                command = "mnuFindFromHiddenText";
+                break;
+            case 'I':
+                command = "mnuImportDXF";
+                break;
+            default:
+                break;
         }
         if (command) {
             runCommand(ctx, command);

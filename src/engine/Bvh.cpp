@@ -5,6 +5,7 @@
 #include <tbb/parallel_for.h>
 #include <tbb/parallel_invoke.h>
 #include <tbb/parallel_reduce.h>
+#include <tbb/task_arena.h>
 
 #include <algorithm>
 #include <atomic>
@@ -247,6 +248,12 @@ void Bvh::clear() {
 }
 
 void Bvh::build(const SceneStore& store) {
+    // Isolated: a caller inside a parallel loop, holding guard(), must not pick up
+    // another of its own loop's tasks while it waits here.
+    tbb::this_task_arena::isolate([&] { buildIsolated(store); });
+}
+
+void Bvh::buildIsolated(const SceneStore& store) {
     clear();
     revision_ = store.geometryRevision();
     removals_ = store.removals();

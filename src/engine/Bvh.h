@@ -13,6 +13,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "engine/Types.h"
@@ -25,6 +26,10 @@ class Bvh {
 public:
     Bvh();
     ~Bvh();
+
+    // Held by the owner while it checks freshness and rebuilds, so that queries
+    // from several threads (on an unchanging scene) may share the index.
+    std::mutex& guard() const { return guard_; }
 
     void build(const SceneStore& store);
     // New boxes for the same tree after points moved; false when a rebuild is due.
@@ -51,6 +56,7 @@ private:
         std::uint32_t count;  // primitives in a leaf, 0 for an inner node
     };
     struct Builder;
+    void buildIsolated(const SceneStore& store);
     double treeCost() const;
     template <class Visit>
     void traverse(Point3 o, Point3 d, double tMin, double& tMax, Visit&& visit) const;
@@ -62,6 +68,7 @@ private:
     std::uint64_t removals_ = 0;
     std::uint64_t additions_ = 0;
     double builtCost_ = 0;  // sum of node box areas over the root's, after the build
+    mutable std::mutex guard_;
 };
 
 // The exact test of the leaves, on a stored polygon: t and whether the front is met.

@@ -70,6 +70,11 @@ public:
         std::fill(blocks_.get(), blocks_.get() + kTableOffset, spare_);
         std::fill(blocks_.get() + kTableOffset + used_, blocks_.get() + kTableBlocks, spare_);
     }
+    // Points a table entry outside the blocks' range at a block of the caller's.
+    void readEntryAs(std::size_t entry, const T* block) {
+        if (entry < kTableBlocks && (entry < kTableOffset || entry >= kTableOffset + kMaxBlocks))
+            blocks_[entry] = const_cast<T*>(block);
+    }
     // The block table (blocks from entry kTableOffset); its address never changes.
     const T* const* table() const { return blocks_.get(); }
 

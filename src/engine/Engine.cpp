@@ -105,6 +105,7 @@ std::size_t Engine::group_count() const { return store_->groupCount(); }
 // ---- picking --------------------------------------------------------------------------
 
 const Bvh& Engine::pickIndex() const {
+    std::lock_guard<std::mutex> lock(bvh_->guard());
     const bool stale = bvh_->builtRevision() != store_->geometryRevision();
     // Deleted polygons are skipped in the leaves; rebuild once they are most of it.
     const bool bloated =

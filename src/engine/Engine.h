@@ -21,6 +21,19 @@
 //    descendants (group 0: the whole scene).
 //  * Light: polygon_set_light stores one byte per channel (the low byte of each
 //    integer); the polygon is drawn as fill x light / 255. Brightness 0 is unlit.
+//    Fill colours are clamped to 0..255; point colours keep the low byte;
+//    brightness is kept clamped to 0..255 (100 for a new polygon).
+//  * Light objects: type 58 is a parallel light shining from its location toward
+//    the point it is pointed at; 59 (and any other type) a point light at its
+//    location. light_activate gives each polygon it lights (in the world, enabled,
+//    brightness not 0, in the entity group or its descendants when one is set;
+//    the entity stays until set again) the grey
+//      round(255/4 * (ambient + diffuse * max(0, n.L) + specular * max(0, r.v)^shining))
+//    clamped to 0..255, with n the front normal, L the unit vector from the
+//    polygon's centre toward the light, v toward the camera and r = 2(n.L)n - L.
+//    A unit of light is a quarter of white, so that the usual settings (ambient
+//    about 1.5, diffuse 1, specular 1.5) go from mid grey to white.
+//    Flag 0 replaces the polygon's light, 1 adds to it (each channel clamped).
 //  * Camera zoom is a field-of-view factor: 24 normal perspective, 1 a long lens.
 //    The tangent of half the horizontal field of view is 0.5 * zoom / 24.
 //    The cut-off (distance_from_eye) is the near plane, the fog depth the far one.
@@ -118,15 +131,17 @@ public:
     void set_window_size(int width, int height);
     int window_width() const { return winW_; }
     int window_height() const { return winH_; }
-    // Nearest enabled, front-facing polygon under pixel (x, y); polygon 0 when none.
+    // Nearest enabled, front-facing polygon under pixel (x, y) between the cut-off and
+    // (with fog on) the fog depth; polygon 0 when none. distance is from the eye.
     PickHit engine_2D_point_to_3D(double x, double y) const;
     // Ray through pixel (x, y) meets the plane / sphere: 0 success, -1 none.
     int engine_2D_point_to_3D_point_on_plane(double x, double y, const Plane& plane,
                                              Point3& out) const;
     int engine_2D_point_to_3D_point_on_sphere(double x, double y, Point3 centre, double radius,
                                               Point3& out) const;
-    // 0 in the window and between near and far; 1 in the window but outside the
-    // depth band; 2 in front of the camera but off the window; 3 behind the camera.
+    // 0 in the window (0 <= x <= width, 0 <= y <= height) and between near and far;
+    // 1 in the window but outside the depth band; 2 in front of the camera but off
+    // the window; 3 behind the camera (x, y then left as they were).
     int engine_3D_point_to_2D(Point3 p, double& x, double& y) const;
     // The ray through a pixel (origin at the eye, unit direction).
     void pixel_ray(double x, double y, Point3& origin, Point3& direction) const;
@@ -186,11 +201,12 @@ public:
 
     // ---- polygons -------------------------------------------------------------
     Handle polygon_create();
-    // Appends a point; returns its handle (0 on a bad polygon or a non-finite point).
+    // Appends a point; returns its handle (0 on a bad polygon, a non-finite point or
+    // past 65535 points).
     Handle polygon_add_point(Handle polygon, const ScenePoint& p);
     Handle polygon_add_point(Handle polygon, Point3 p) { return polygon_add_point(polygon, ScenePoint{p.x, p.y, p.z, 0, 0, 100}); }
     int polygon_delete(Handle polygonOrLine);
-    Handle polygon_duplicate(Handle polygon);  // a free copy, outside the world
+    Handle polygon_duplicate(Handle polygon);  // a free copy, outside the world, in the same group
     Handle polygon_get_first_polygon() const;
     Handle polygon_get_next(Handle polygon) const;
     Handle polygon_get_group(Handle polygon) const;
@@ -209,12 +225,16 @@ public:
     bool polygon_are_all_points_on_one_plane(Handle polygon) const;
     bool polygon_are_bitmap_x_cords_ok(Handle polygon) const;
     bool polygon_are_bitmap_y_cords_ok(Handle polygon) const;
+    // p taken straight onto the polygon's plane lies inside it.
     bool polygon_is_point_inside_polygon(Handle polygon, Point3 p) const;
-    // Cuts by the plane into free polygons front (positive side) and back, either of
-    // which can be 0 when the plane misses it; 0 handled, -1 failed. The original stays.
+    // Cuts by the plane into free polygons front (positive side) and back, with the
+    // original's colours, name and group; points on the plane go to both. When the
+    // plane does not cut the polygon both are 0 (no copy is made). 0 handled,
+    // -1 failed (bad polygon or plane). The original stays.
     int polygon_split(Handle polygon, const Plane& plane, Handle& front, Handle& back);
     int polygon_move(Handle polygon, Point3 d);
     int polygon_set_location(Handle polygon, Point3 p);
+    // Rotations of a polygon turn about its centre (the mean of its points).
     int polygon_rotate_x(Handle polygon, double degrees);
     int polygon_rotate_y(Handle polygon, double degrees);
     int polygon_rotate_z(Handle polygon, double degrees);

@@ -8,7 +8,6 @@ namespace {
 // Freed slots and point runs wait in line until this many have gathered, so a
 // handle kept after a delete does not at once name something new.
 constexpr std::size_t kSlotBacklog = 1024;
-constexpr std::size_t kPointBacklog = 4096;
 constexpr std::uint32_t kWhite = 0x00FFFFFFu;
 constexpr std::uint8_t kDefaultBrightness = 100;
 }  // namespace
@@ -33,14 +32,12 @@ void SceneStore::clear() {
     points_.clear();
     owner_.clear();
     extras_.clear();
-    freeRuns_.clear();
-    freePointTotal_ = 0;
+    space_.clear();
     freeSlots_.clear();
     live_ = 0;
     walk_.slotEnd = 1;
     walk_.head = walk_.tail = 0;
     walk_.count = 0;
-    pointTop_ = 1;
     versions_.assign(1, ++revision_);
     ++geometryRevision_;
     ++removals_;
@@ -135,69 +132,48 @@ void SceneStore::destroyPolygon(std::uint32_t s) {
 
 std::uint32_t SceneStore::pointSlot(Handle h) const {
     const std::uint32_t p = slotOf(h, Kind::Point);
-    if (!p || p >= pointTop_) return 0;
+    if (!p || p >= space_.top()) return 0;
     const std::uint32_t o = owner_[p];
     if (!o) return 0;
     return (p >= first_[o] && p < first_[o] + count_[o]) ? p : 0;
 }
 
-std::uint32_t SceneStore::allocPoints(std::uint32_t n) {
-    if (n == 0) return 0;
-    if (freePointTotal_ > kPointBacklog) {
-        auto it = freeRuns_.find(n);
-        if (it != freeRuns_.end() && !it->second.empty()) {
-            const std::uint32_t first = it->second.front();
-            it->second.pop_front();
-            freePointTotal_ -= n;
-            return first;
-        }
-    }
-    const std::size_t end = std::size_t(pointTop_) + n;
-    if (end > std::size_t(kIndexMask) + 1) return 0;
-    if (!points_.ensure(end) || !owner_.ensure(end)) return 0;
-    const std::uint32_t first = pointTop_;
-    pointTop_ = static_cast<std::uint32_t>(end);
-    return first;
+bool SceneStore::holdPoints() {
+    const std::size_t n = space_.top();
+    return points_.ensure(n) && owner_.ensure(n);
 }
 
 void SceneStore::freePoints(std::uint32_t first, std::uint32_t n) {
     if (n == 0 || first == 0) return;
     for (std::uint32_t i = 0; i < n; ++i) owner_[first + i] = 0;
-    freeRuns_[n].push_back(first);
-    freePointTotal_ += n;
+    space_.release(first, n);
 }
 
 std::uint32_t SceneStore::appendPoint(std::uint32_t s, Point3 p) {
     const std::uint32_t n = count_[s];
     if (n >= kMaxPointsPerPolygon) return 0;
     const std::uint32_t first = first_[s];
-    std::uint32_t at;
-    if (n != 0 && first + n == pointTop_) {
-        // The usual case: this polygon is the last one that got points.
-        const std::size_t end = std::size_t(pointTop_) + 1;
-        if (end > std::size_t(kIndexMask) + 1) return 0;
-        if (!points_.ensure(end) || !owner_.ensure(end)) return 0;
-        at = pointTop_++;
-    } else if (n == 0) {
-        const std::size_t end = std::size_t(pointTop_) + 1;
-        if (end > std::size_t(kIndexMask) + 1) return 0;
-        if (!points_.ensure(end) || !owner_.ensure(end)) return 0;
-        at = pointTop_++;
-        first_[s] = at;
-    } else {
-        // Another polygon got points behind this one: move it to the end.
-        const std::size_t end = std::size_t(pointTop_) + n + 1;
-        if (end > std::size_t(kIndexMask) + 1) return 0;
-        if (!points_.ensure(end) || !owner_.ensure(end)) return 0;
-        const std::uint32_t moved = pointTop_;
-        pointTop_ = static_cast<std::uint32_t>(end);
+    std::uint32_t at = n ? space_.extend(first, n) : space_.startGrowing();
+    if (n && !at) {
+        // Another polygon took the place behind this one: move it where it can grow.
+        const std::uint32_t moved = space_.take(n + 1);
+        if (!moved) return 0;
+        if (!holdPoints()) {
+            space_.release(moved, n + 1);
+            return 0;
+        }
+        at = moved + n;
         for (std::uint32_t i = 0; i < n; ++i) {
             points_[moved + i] = points_[first + i];
             owner_[moved + i] = s;
         }
         freePoints(first, n);
         first_[s] = moved;
-        at = moved + n;
+    } else if (!at || !holdPoints()) {
+        if (at) space_.release(at, 1);
+        return 0;
+    } else if (n == 0) {
+        first_[s] = at;
     }
     points_[at] = p;
     owner_[at] = s;
@@ -213,8 +189,12 @@ std::uint32_t SceneStore::appendPoint(std::uint32_t s, Point3 p) {
 bool SceneStore::assignPoints(std::uint32_t s, const Point3* pts, std::uint32_t n) {
     if (count_[s] != 0 || n > kMaxPointsPerPolygon) return false;
     if (n == 0) return true;
-    const std::uint32_t first = allocPoints(n);
+    const std::uint32_t first = space_.take(n);
     if (!first) return false;
+    if (!holdPoints()) {
+        space_.release(first, n);
+        return false;
+    }
     for (std::uint32_t i = 0; i < n; ++i) {
         points_[first + i] = pts[i];
         owner_[first + i] = s;

@@ -10,9 +10,9 @@
 //    A point slot p is the point whose handle has index bits p, and owner(p)
 //    names its polygon (0 for a free point). Point handles stay valid while
 //    their polygon lives, with one exception: a polygon that gets a point after
-//    another polygon has put points behind it is moved to the end of the array
-//    (building two polygons point by point in turn), which changes the handles
-//    of its earlier points.
+//    another polygon has taken points behind it (building two polygons point by
+//    point in turn) is moved, which changes the handles of its earlier points.
+//    Space freed by deleted polygons is used again (see PointSpace.h).
 //  * Walk order (world only) and group membership are doubly linked lists in
 //    slot arrays, so removal is O(1).
 //  * Rarely used data (point colours, alpha, bitmap coordinates, patches, the
@@ -33,6 +33,7 @@
 
 #include "engine/ChunkedArray.h"
 #include "engine/NameTable.h"
+#include "engine/PointSpace.h"
 #include "engine/Types.h"
 #include "engine/WalkList.h"
 
@@ -123,7 +124,7 @@ public:
     std::uint32_t pointCount(std::uint32_t s) const { return count_[s]; }
     const Point3& point(std::uint32_t p) const { return points_[p]; }
     std::uint32_t owner(std::uint32_t p) const { return owner_[p]; }
-    std::uint32_t pointSlotEnd() const { return pointTop_; }
+    std::uint32_t pointSlotEnd() const { return space_.top(); }
     // Points of a polygon copied out in order.
     void copyPoints(std::uint32_t s, std::vector<Point3>& out) const;
     Rgb fill(std::uint32_t s) const { return unpack(fill_[s]); }
@@ -224,7 +225,7 @@ private:
     static std::uint32_t pack(Rgb c) {
         return (std::uint32_t(c.r & 255) << 16) | (std::uint32_t(c.g & 255) << 8) | std::uint32_t(c.b & 255);
     }
-    std::uint32_t allocPoints(std::uint32_t n);  // a run of n point slots
+    bool holdPoints();  // the arrays hold every slot handed out
     void freePoints(std::uint32_t first, std::uint32_t n);
     void unlinkFromGroup(std::uint32_t s);
     void unlinkChild(std::uint32_t g);
@@ -240,9 +241,7 @@ private:
     ChunkedArray<std::uint32_t> light_;  // 0x00RRGGBB
     ChunkedArray<Point3> points_;
     ChunkedArray<std::uint32_t> owner_;
-    std::uint32_t pointTop_ = 1;  // point slots [1, pointTop_) have been handed out
-    std::unordered_map<std::uint32_t, std::deque<std::uint32_t>> freeRuns_;  // by length
-    std::size_t freePointTotal_ = 0;
+    PointSpace space_{kMaxPointsPerPolygon};
     std::deque<std::uint32_t> freeSlots_;
     std::size_t live_ = 0;
     std::unordered_map<std::uint32_t, PolygonExtra> extras_;

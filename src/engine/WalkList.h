@@ -23,12 +23,16 @@ struct WalkList {
     Handle head = 0, tail = 0;
     std::size_t count = 0;
 
-    WalkList() { next.readAllAs(zeros()); }
+    WalkList() {
+        next.readAllAs(zeros());
+        next.readEntryAs(Links::kBlock - 1, lastBlock());
+    }
 
     // The polygon after h in the walk; 0 at the end and for anything that is not
     // a polygon in the world. Reads only the table, so that it can be inline.
     static Handle following(const Handle* const* nextTable, Handle h) {
-        // 0, every other kind and slots past the end all read zeros.
+        // 0, every other kind and slots past the end read zeros, except that
+        // 0xFFFFFFFF reads 1 (see below).
         const Handle n = nextTable[h >> Links::kBlockBits][h & (Links::kBlock - 1)];
         // Polygons are usually added in the order they were made, so the next is
         // the next slot: branching on that guess lets the processor run ahead of
@@ -36,16 +40,26 @@ struct WalkList {
         Handle guess = h + 1;
         if (__builtin_expect(n == guess, 1)) {
             asm("" : "+r"(guess));  // keep the branch: the compiler would fold it
-            if (guess == 0) __builtin_unreachable();  // lets a loop on h != 0 skip its test
+            // Only h = 0xFFFFFFFF would guess 0, and it reads 1: so a loop on
+            // h != 0 needs no test on this path.
+            if (guess == 0) __builtin_unreachable();
             return guess;
         }
-        return n;
+        return n == 1 ? 0 : n;
     }
     Handle following(Handle h) const { return following(next.table(), h); }
 
 private:
     static const Handle* zeros() {
         static const Handle block[Links::kBlock] = {};
+        return block;
+    }
+    static const Handle* lastBlock() {
+        static const Handle* block = [] {
+            static Handle b[Links::kBlock] = {};
+            b[Links::kBlock - 1] = 1;
+            return b;
+        }();
         return block;
     }
 };

@@ -9,6 +9,7 @@
 #include "app/Registration.h"
 #include "core/Camera.h"
 #include "core/MainForm.h"
+#include "core/Navigation.h"
 #include "gui/MainWindow.h"
 #include "gui/RenderWidget.h"
 #include "render/DemoScene.h"
@@ -18,6 +19,8 @@ namespace gui {
 Application::Application() : ctx_(std::make_unique<core::AppContext>(ui_)) {
     ctx_->strProgramFolder = QCoreApplication::applicationDirPath().toStdString();
     app::registerAll(*ctx_);
+    // The window navigates whether or not the registration has taken the navigator in yet.
+    core::installNavigation(*ctx_);
     window_ = std::make_unique<MainWindow>(*ctx_);
     ui_.attach(window_.get());
 }

@@ -54,9 +54,9 @@ void CommandMenus::sync() {
     for (; built_ < all.size(); ++built_) {
         const core::Command& c = all[built_];
         if (!c.form.empty() || actions_.count(c.name)) continue;
-        const bool onToolbar = c.menuPath.empty() &&
-                               std::find(offToolbar_.begin(), offToolbar_.end(), c.name) ==
-                                   offToolbar_.end();
+        const bool onToolbar =
+            c.menuPath.empty() &&
+            std::find(offToolbar_.begin(), offToolbar_.end(), c.name) == offToolbar_.end();
         if (c.menuPath.empty() && !onToolbar) continue;
         auto* a = new QAction(q(c.caption.empty() ? c.name : c.caption), this);
         a->setObjectName(q(c.name));

@@ -135,8 +135,9 @@ QWidget* FormBinder::makeWidget(Control& c, QWidget* parent) {
         case ControlKind::ListBox: {
             auto* lw = new QListWidget(parent);
             lw->setSelectionMode(QAbstractItemView::SingleSelection);
-            connect(lw, &QListWidget::itemClicked, this,
-                    [this, name](QListWidgetItem* it) { userChange(name, it->text().toStdString()); });
+            connect(lw, &QListWidget::itemClicked, this, [this, name](QListWidgetItem* it) {
+                userChange(name, it->text().toStdString());
+            });
             w = lw;
             break;
         }
@@ -151,7 +152,8 @@ QWidget* FormBinder::makeWidget(Control& c, QWidget* parent) {
             auto* rb = new QRadioButton(parent);
             // The form turns the others of its frame off; Qt's own grouping would fight it.
             rb->setAutoExclusive(false);
-            connect(rb, &QRadioButton::clicked, this, [this, name](bool) { userChange(name, "1"); });
+            connect(rb, &QRadioButton::clicked, this,
+                    [this, name](bool) { userChange(name, "1"); });
             w = rb;
             break;
         }

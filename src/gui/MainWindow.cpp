@@ -11,6 +11,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <cstdio>
@@ -18,6 +19,7 @@
 
 #include "core/AppContext.h"
 #include "core/MainForm.h"
+#include "core/Navigation.h"
 #include "forms/Frm03MirrowMain.h"
 #include "gui/CommandMenus.h"
 #include "gui/FormBinder.h"
@@ -64,6 +66,7 @@ MainWindow::MainWindow(core::AppContext& ctx, QWidget* parent) : QMainWindow(par
     comment_->setToolTip("Click to see every comment of this session");
     comment_->installEventFilter(this);
     render_ = new RenderWidget(ctx_, area_);
+    connect(render_, &RenderWidget::inputHandled, this, &MainWindow::afterInput);
     controls_ = new QWidget(area_);
     controls_->setObjectName("fraControls");
     binder_ = new FormBinder(form, controls_, true, {"txtComment"});
@@ -73,8 +76,8 @@ MainWindow::MainWindow(core::AppContext& ctx, QWidget* parent) : QMainWindow(par
     tools_->setObjectName("tbrTools");
     tools_->setToolButtonStyle(Qt::ToolButtonTextOnly);
     addToolBar(Qt::RightToolBarArea, tools_);
-    menus_ = new CommandMenus(ctx_, menuBar(), tools_, [this](const std::string& n) { runCommand(n); },
-                              this);
+    menus_ = new CommandMenus(
+        ctx_, menuBar(), tools_, [this](const std::string& n) { runCommand(n); }, this);
     menus_->keepOffToolbar("cmdInterruptProcess");
 
     progress_ = new QProgressBar(this);
@@ -90,6 +93,21 @@ MainWindow::MainWindow(core::AppContext& ctx, QWidget* parent) : QMainWindow(par
     statusBar()->addPermanentWidget(progress_);
     statusBar()->addPermanentWidget(interrupt_);
     setStatus(1, "");
+
+    autoRotate_ = new QTimer(this);
+    autoRotate_->setObjectName("timAutoRotate");
+    autoRotate_->setInterval(40);
+    connect(autoRotate_, &QTimer::timeout, this, [this] {
+        core::timAutoRotate_Timer(ctx_);
+        syncTimers();
+    });
+    slider_ = new QTimer(this);
+    slider_->setObjectName("timSlider");
+    slider_->setInterval(50);
+    connect(slider_, &QTimer::timeout, this, [this] {
+        core::timSlider_Timer(ctx_);
+        syncTimers();
+    });
 
     resize(1100, 800);
     syncCommands();
@@ -121,6 +139,26 @@ void MainWindow::runCommand(const std::string& name) {
     }
     if (outer) running_ = false;
     syncCommands();
+    if (ctx_.state.bolProgramEnding) close();
+}
+
+void MainWindow::afterInput() {
+    syncCommands();
+    if (ctx_.state.bolProgramEnding) close();
+}
+
+void MainWindow::syncTimers() {
+    const auto& s = ctx_.state;
+    if (s.timAutoRotateEnabled && !isMinimized()) {
+        if (!autoRotate_->isActive()) autoRotate_->start();
+    } else {
+        autoRotate_->stop();
+    }
+    if (s.timSliderEnabled) {
+        if (!slider_->isActive()) slider_->start();
+    } else {
+        slider_->stop();
+    }
 }
 
 void MainWindow::syncCommands() {
@@ -129,6 +167,7 @@ void MainWindow::syncCommands() {
     if (auto* f = ctx_.forms.find("frm03_MirrowMain")) setWindowTitle(q(f->caption()));
     if (const core::Command* c = ctx_.commands.find("cmdInterruptProcess"))
         interrupt_->setEnabled(c->enabled);
+    syncTimers();
 }
 
 void MainWindow::setProgress(int percent) { progress_->setValue(std::clamp(percent, 0, 100)); }

@@ -12,6 +12,7 @@ class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
+class QTimer;
 class QToolBar;
 
 namespace core {
@@ -59,6 +60,10 @@ protected:
 
 private:
     void layoutOnce();
+    // After the handlers of a key or a click: the window follows the state they left.
+    void afterInput();
+    // Starts and stops timAutoRotate and timSlider as the state asks.
+    void syncTimers();
 
     core::AppContext& ctx_;
     QWidget* area_ = nullptr;
@@ -71,6 +76,8 @@ private:
     QProgressBar* progress_ = nullptr;
     QPushButton* interrupt_ = nullptr;
     std::vector<QLabel*> panels_;
+    QTimer* autoRotate_ = nullptr;
+    QTimer* slider_ = nullptr;
     bool running_ = false;
     bool inLayout_ = false;
     bool layoutAgain_ = false;

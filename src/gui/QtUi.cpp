@@ -27,12 +27,18 @@ QString startPath(const ui::FileRequest& req) {
 
 Qt::CursorShape cursorFor(int shape) {
     switch (shape) {
-        case 2: return Qt::CrossCursor;     // pan
-        case 5: return Qt::SizeAllCursor;   // rotate
-        case 7: return Qt::SizeVerCursor;   // zoom
-        case 11: return Qt::WaitCursor;     // hourglass
-        case 14: return Qt::CrossCursor;    // pick
-        default: return Qt::ArrowCursor;    // 0, 1 and the rest
+        case 2:
+            return Qt::CrossCursor;  // pan
+        case 5:
+            return Qt::SizeAllCursor;  // rotate
+        case 7:
+            return Qt::SizeVerCursor;  // zoom
+        case 11:
+            return Qt::WaitCursor;  // hourglass
+        case 14:
+            return Qt::CrossCursor;  // pick
+        default:
+            return Qt::ArrowCursor;  // 0, 1 and the rest
     }
 }
 
@@ -48,9 +54,15 @@ ui::Answer QtUi::msgBox(const std::string& text, ui::Buttons buttons, const std:
     box.setText(q(text));
     QMessageBox::StandardButtons std = QMessageBox::Ok;
     switch (buttons) {
-        case ui::Buttons::OK: std = QMessageBox::Ok; break;
-        case ui::Buttons::OKCancel: std = QMessageBox::Ok | QMessageBox::Cancel; break;
-        case ui::Buttons::YesNo: std = QMessageBox::Yes | QMessageBox::No; break;
+        case ui::Buttons::OK:
+            std = QMessageBox::Ok;
+            break;
+        case ui::Buttons::OKCancel:
+            std = QMessageBox::Ok | QMessageBox::Cancel;
+            break;
+        case ui::Buttons::YesNo:
+            std = QMessageBox::Yes | QMessageBox::No;
+            break;
         case ui::Buttons::YesNoCancel:
             std = QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
             break;
@@ -64,12 +76,16 @@ ui::Answer QtUi::msgBox(const std::string& text, ui::Buttons buttons, const std:
     const int r = box.exec();
     if (wait) QApplication::setOverrideCursor(Qt::WaitCursor);
     switch (r) {
-        case QMessageBox::Yes: return ui::Answer::Yes;
-        case QMessageBox::No: return ui::Answer::No;
-        case QMessageBox::Cancel: return ui::Answer::Cancel;
-        default: return buttons == ui::Buttons::OK || buttons == ui::Buttons::OKCancel
-                            ? (r == QMessageBox::Ok ? ui::Answer::OK : ui::Answer::Cancel)
-                            : ui::Answer::Cancel;
+        case QMessageBox::Yes:
+            return ui::Answer::Yes;
+        case QMessageBox::No:
+            return ui::Answer::No;
+        case QMessageBox::Cancel:
+            return ui::Answer::Cancel;
+        default:
+            return buttons == ui::Buttons::OK || buttons == ui::Buttons::OKCancel
+                       ? (r == QMessageBox::Ok ? ui::Answer::OK : ui::Answer::Cancel)
+                       : ui::Answer::Cancel;
     }
 }
 
@@ -97,8 +113,8 @@ std::optional<std::string> QtUi::saveFile(const ui::FileRequest& req) {
 }
 
 std::optional<engine::Rgb> QtUi::chooseColour(engine::Rgb initial) {
-    const QColor c = QColorDialog::getColor(QColor(initial.r & 255, initial.g & 255, initial.b & 255),
-                                            parentWidget());
+    const QColor c = QColorDialog::getColor(
+        QColor(initial.r & 255, initial.g & 255, initial.b & 255), parentWidget());
     if (!c.isValid()) return std::nullopt;
     return engine::Rgb{c.red(), c.green(), c.blue()};
 }
@@ -150,7 +166,7 @@ void QtUi::requestFrame() {
 
 ui::DateTime QtUi::now() const {
     const QDateTime t = QDateTime::currentDateTime();
-    return {t.date().year(), t.date().month(), t.date().day(),
+    return {t.date().year(), t.date().month(),  t.date().day(),
             t.time().hour(), t.time().minute(), t.time().second()};
 }
 

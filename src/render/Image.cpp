@@ -31,7 +31,8 @@ int Image::alpha(int x, int y) const {
 }
 
 bool writePng(const std::string& path, const Image& image) {
-    if (image.empty() || image.rgba.size() < static_cast<std::size_t>(image.width) * image.height * 4)
+    if (image.empty() ||
+        image.rgba.size() < static_cast<std::size_t>(image.width) * image.height * 4)
         return false;
     return stbi_write_png(path.c_str(), image.width, image.height, 4, image.rgba.data(),
                           image.width * 4) != 0;

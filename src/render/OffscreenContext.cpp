@@ -41,10 +41,17 @@ bool OffscreenContext::create(std::string* error) {
         return fail("EGL cannot make a context current without a surface");
     if (!eglBindAPI(EGL_OPENGL_API)) return fail("EGL has no desktop OpenGL");
 
-    const EGLint configAttrs[] = {EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_SURFACE_TYPE,
-                                  EGL_PBUFFER_BIT,     EGL_RED_SIZE,   8,
-                                  EGL_GREEN_SIZE,      8,              EGL_BLUE_SIZE,
-                                  8,                   EGL_NONE};
+    const EGLint configAttrs[] = {EGL_RENDERABLE_TYPE,
+                                  EGL_OPENGL_BIT,
+                                  EGL_SURFACE_TYPE,
+                                  EGL_PBUFFER_BIT,
+                                  EGL_RED_SIZE,
+                                  8,
+                                  EGL_GREEN_SIZE,
+                                  8,
+                                  EGL_BLUE_SIZE,
+                                  8,
+                                  EGL_NONE};
     EGLConfig config = nullptr;
     EGLint count = 0;
     if (!eglChooseConfig(dpy, configAttrs, &config, 1, &count) || count < 1) config = nullptr;
@@ -55,8 +62,8 @@ bool OffscreenContext::create(std::string* error) {
                                EGL_CONTEXT_OPENGL_PROFILE_MASK,
                                EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT,
                                EGL_NONE};
-    EGLContext ctx = eglCreateContext(dpy, config ? config : EGL_NO_CONFIG_KHR, EGL_NO_CONTEXT,
-                                      ctxAttrs);
+    EGLContext ctx =
+        eglCreateContext(dpy, config ? config : EGL_NO_CONFIG_KHR, EGL_NO_CONTEXT, ctxAttrs);
     if (ctx == EGL_NO_CONTEXT) return fail("EGL gives no OpenGL 3.3 core context");
     context_ = ctx;
     if (!makeCurrent()) return fail("EGL context does not become current");

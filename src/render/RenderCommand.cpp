@@ -49,8 +49,8 @@ int parse(int argc, char** argv, Options& o) {
         const std::string_view a = argv[i];
         auto value = [&](std::string_view name) -> const char* {
             if (i + 1 >= argc) {
-                std::fprintf(stderr, "render: %.*s needs a value\n%s", static_cast<int>(name.size()),
-                             name.data(), kUsage);
+                std::fprintf(stderr, "render: %.*s needs a value\n%s",
+                             static_cast<int>(name.size()), name.data(), kUsage);
                 return nullptr;
             }
             return argv[++i];
@@ -118,7 +118,8 @@ std::shared_ptr<engine::Engine> loadScene(const Options& o) {
     if (!loader) {
         std::string known;
         for (const auto& k : render::sceneLoaderExtensions()) known += " " + k;
-        std::fprintf(stderr, "render: %s: files of this kind cannot be rendered yet (readable:%s)\n",
+        std::fprintf(stderr,
+                     "render: %s: files of this kind cannot be rendered yet (readable:%s)\n",
                      o.input.c_str(), known.empty() ? " none" : known.c_str());
         return nullptr;
     }

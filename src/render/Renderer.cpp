@@ -1,12 +1,10 @@
 #include "render/Renderer.h"
 
-#define GL_GLEXT_PROTOTYPES
-#include <GL/glcorearb.h>
-
 #include <algorithm>
 #include <cstring>
-#include <string_view>
+#include <map>
 
+#include "render/GlResources.h"
 #include "render/Overlay.h"
 #include "render/ViewMath.h"
 
@@ -14,90 +12,24 @@ namespace render {
 
 namespace {
 
-const char* kVertexShader = R"(#version 330 core
-layout(location = 0) in vec3 aPos;
-layout(location = 1) in vec4 aColour;
-uniform mat4 uMvp;
-out vec4 vColour;
-void main() {
-    vColour = aColour;
-    gl_Position = uMvp * vec4(aPos, 1.0);
-}
-)";
-
-const char* kFragmentShader = R"(#version 330 core
-in vec4 vColour;
-out vec4 fragColour;
-void main() { fragColour = vColour; }
-)";
-
-GLuint compile(GLenum kind, const char* src, std::string& log) {
-    GLuint s = glCreateShader(kind);
-    glShaderSource(s, 1, &src, nullptr);
-    glCompileShader(s);
-    GLint ok = 0;
-    glGetShaderiv(s, GL_COMPILE_STATUS, &ok);
-    if (!ok) {
-        char buf[1024] = {};
-        glGetShaderInfoLog(s, sizeof buf - 1, nullptr, buf);
-        log += buf;
-        glDeleteShader(s);
-        return 0;
-    }
-    return s;
-}
-
-bool hasExtension(std::string_view name) {
-    GLint n = 0;
-    glGetIntegerv(GL_NUM_EXTENSIONS, &n);
-    for (GLint i = 0; i < n; ++i) {
-        const auto* e = reinterpret_cast<const char*>(glGetStringi(GL_EXTENSIONS, i));
-        if (e && name == e) return true;
-    }
-    return false;
-}
-
-// Vertex layout shared by every buffer: position, then normalised RGBA bytes.
-void setVertexLayout() {
-    glEnableVertexAttribArray(0);
-    glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, sizeof(Vertex), nullptr);
-    glEnableVertexAttribArray(1);
-    glVertexAttribPointer(1, 4, GL_UNSIGNED_BYTE, GL_TRUE, sizeof(Vertex),
-                          reinterpret_cast<const void*>(offsetof(Vertex, r)));
-}
+struct GpuRun {
+    engine::Handle bitmap = 0;
+    bool blended = false;
+    GLsizei first = 0, count = 0;
+};
 
 struct GpuChunk {
     GLuint vao = 0, vbo = 0, ebo = 0;
     GLsizei opaqueCount = 0, patchCount = 0, translucentCount = 0;
+    GLuint texVao = 0, texVbo = 0, texEbo = 0;
+    std::vector<GpuRun> runs;
     engine::Point3 origin;
 };
 
-struct DynamicBuffer {
-    GLuint vao = 0, vbo = 0;
-    std::size_t capacity = 0;
-    void create() {
-        glGenVertexArrays(1, &vao);
-        glGenBuffers(1, &vbo);
-        glBindVertexArray(vao);
-        glBindBuffer(GL_ARRAY_BUFFER, vbo);
-        setVertexLayout();
-        glBindVertexArray(0);
-    }
-    void upload(const std::vector<Vertex>& v) {
-        glBindBuffer(GL_ARRAY_BUFFER, vbo);
-        const std::size_t bytes = v.size() * sizeof(Vertex);
-        if (bytes > capacity) {
-            capacity = std::max<std::size_t>(bytes, 4096);
-            glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(capacity), nullptr, GL_STREAM_DRAW);
-        }
-        if (bytes) glBufferSubData(GL_ARRAY_BUFFER, 0, static_cast<GLsizeiptr>(bytes), v.data());
-    }
-    void destroy() {
-        if (vbo) glDeleteBuffers(1, &vbo);
-        if (vao) glDeleteVertexArrays(1, &vao);
-        vao = vbo = 0;
-        capacity = 0;
-    }
+struct Texture {
+    GLuint id = 0;
+    const std::uint8_t* pixels = nullptr;  // what it was made from, to see a reload
+    int width = 0, height = 0;
 };
 
 }  // namespace
@@ -107,6 +39,9 @@ struct Renderer::Gl {
     bool clipControl = false;
     GLuint program = 0;
     GLint mvpLoc = -1;
+    GLuint texProgram = 0;
+    GLint texMvpLoc = -1;
+    std::map<engine::Handle, Texture> textures;
     GLuint fbo = 0, colourRb = 0, depthRb = 0;
     int fbW = 0, fbH = 0;
     std::vector<GpuChunk> chunks;
@@ -114,10 +49,37 @@ struct Renderer::Gl {
     RenderStats stats;
 
     void freeChunk(GpuChunk& c) {
-        if (c.ebo) glDeleteBuffers(1, &c.ebo);
-        if (c.vbo) glDeleteBuffers(1, &c.vbo);
+        GLuint buffers[] = {c.ebo, c.vbo, c.texEbo, c.texVbo};
+        for (GLuint b : buffers)
+            if (b) glDeleteBuffers(1, &b);
         if (c.vao) glDeleteVertexArrays(1, &c.vao);
+        if (c.texVao) glDeleteVertexArrays(1, &c.texVao);
         c = GpuChunk{};
+    }
+
+    // The texture of a bitmap, made or remade from the engine's pixels; 0 when
+    // the engine has no such bitmap.
+    GLuint texture(const engine::Engine& e, engine::Handle bitmap) {
+        int w = 0, h = 0;
+        const std::uint8_t* px = nullptr;
+        if (!e.bitmap_pixels(bitmap, w, h, px) || !px || w <= 0 || h <= 0) return 0;
+        Texture& t = textures[bitmap];
+        if (t.id && t.pixels == px && t.width == w && t.height == h) return t.id;
+        if (!t.id) glGenTextures(1, &t.id);
+        glBindTexture(GL_TEXTURE_2D, t.id);
+        glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+        // Rows from the top: texture row 0 is the top of the bitmap, as the
+        // bitmap coordinates count.
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, w, h, 0, GL_RGBA, GL_UNSIGNED_BYTE, px);
+        glGenerateMipmap(GL_TEXTURE_2D);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
+        t.pixels = px;
+        t.width = w;
+        t.height = h;
+        return t.id;
     }
 
     void ensureFramebuffer(int w, int h) {
@@ -141,8 +103,14 @@ struct Renderer::Gl {
     void upload(std::size_t i, const Chunk& src) {
         if (i >= chunks.size()) chunks.resize(i + 1);
         GpuChunk& c = chunks[i];
-        if (src.vertices.empty()) {
+        if (src.empty()) {
             freeChunk(c);
+            return;
+        }
+        c.origin = src.origin;
+        uploadTextured(c, src);
+        if (src.vertices.empty()) {
+            c.opaqueCount = c.patchCount = c.translucentCount = 0;
             return;
         }
         if (!c.vao) {
@@ -171,7 +139,36 @@ struct Renderer::Gl {
         c.opaqueCount = static_cast<GLsizei>(src.opaque.size());
         c.patchCount = static_cast<GLsizei>(src.patches.size());
         c.translucentCount = static_cast<GLsizei>(src.translucent.size());
-        c.origin = src.origin;
+    }
+
+    void uploadTextured(GpuChunk& c, const Chunk& src) {
+        c.runs.clear();
+        if (src.texVertices.empty()) return;
+        if (!c.texVao) {
+            glGenVertexArrays(1, &c.texVao);
+            glGenBuffers(1, &c.texVbo);
+            glGenBuffers(1, &c.texEbo);
+            glBindVertexArray(c.texVao);
+            glBindBuffer(GL_ARRAY_BUFFER, c.texVbo);
+            setTexVertexLayout();
+            glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, c.texEbo);
+        } else {
+            glBindVertexArray(c.texVao);
+            glBindBuffer(GL_ARRAY_BUFFER, c.texVbo);
+        }
+        glBufferData(GL_ARRAY_BUFFER,
+                     static_cast<GLsizeiptr>(src.texVertices.size() * sizeof(TexVertex)),
+                     src.texVertices.data(), GL_STATIC_DRAW);
+        std::vector<std::uint32_t> idx;
+        for (const auto& r : src.textured) {
+            c.runs.push_back({r.bitmap, r.blended, static_cast<GLsizei>(idx.size()),
+                              static_cast<GLsizei>(r.indices.size())});
+            idx.insert(idx.end(), r.indices.begin(), r.indices.end());
+        }
+        glBufferData(GL_ELEMENT_ARRAY_BUFFER,
+                     static_cast<GLsizeiptr>(idx.size() * sizeof(std::uint32_t)), idx.data(),
+                     GL_STATIC_DRAW);
+        glBindVertexArray(0);
     }
 };
 
@@ -197,21 +194,17 @@ bool Renderer::initialize(std::string* error) {
     if (major * 10 + minor < 33) return fail(std::string("OpenGL 3.3 needed, have ") + version);
 
     std::string log;
-    GLuint vs = compile(GL_VERTEX_SHADER, kVertexShader, log);
-    GLuint fs = compile(GL_FRAGMENT_SHADER, kFragmentShader, log);
-    if (!vs || !fs) return fail("shader: " + log);
-    GLuint p = glCreateProgram();
-    glAttachShader(p, vs);
-    glAttachShader(p, fs);
-    glLinkProgram(p);
-    glDeleteShader(vs);
-    glDeleteShader(fs);
-    GLint ok = 0;
-    glGetProgramiv(p, GL_LINK_STATUS, &ok);
-    if (!ok) {
-        glDeleteProgram(p);
-        return fail("shader program does not link");
+    GLuint p = linkProgram(kVertexShader, kFragmentShader, log);
+    GLuint tp = p ? linkProgram(kTexVertexShader, kTexFragmentShader, log) : 0;
+    if (!p || !tp) {
+        if (p) glDeleteProgram(p);
+        return fail("shader: " + log);
     }
+    gl_->texProgram = tp;
+    gl_->texMvpLoc = glGetUniformLocation(tp, "uMvp");
+    glUseProgram(tp);
+    glUniform1i(glGetUniformLocation(tp, "uBitmap"), 0);
+    glUseProgram(0);
     gl_->program = p;
     gl_->mvpLoc = glGetUniformLocation(p, "uMvp");
     gl_->clipControl = major * 10 + minor >= 45 || hasExtension("GL_ARB_clip_control");
@@ -235,15 +228,21 @@ void Renderer::release() {
     g.fbo = g.colourRb = g.depthRb = 0;
     g.fbW = g.fbH = 0;
     if (g.program) glDeleteProgram(g.program);
-    g.program = 0;
+    if (g.texProgram) glDeleteProgram(g.texProgram);
+    g.program = g.texProgram = 0;
+    for (auto& [h, t] : g.textures) glDeleteTextures(1, &t.id);
+    g.textures.clear();
     g.ready = false;
     cache_.reset();
 }
 
 void Renderer::resetScene() {
     auto& g = *gl_;
-    if (g.ready)
+    if (g.ready) {
         for (auto& c : g.chunks) g.freeChunk(c);
+        for (auto& [h, t] : g.textures) glDeleteTextures(1, &t.id);
+    }
+    g.textures.clear();
     g.chunks.clear();
     cache_.reset();
 }
@@ -264,7 +263,7 @@ void Renderer::render(const engine::Engine& e, const std::vector<engine::TextIte
     g.stats.lastFrameUploads = changed.size();
     g.stats.chunkUploads += changed.size();
     g.stats.chunks = 0;
-    for (const auto& c : g.chunks) g.stats.chunks += c.vao ? 1 : 0;
+    for (const auto& c : g.chunks) g.stats.chunks += (c.vao || c.texVao) ? 1 : 0;
 
     g.ensureFramebuffer(width, height);
     glBindFramebuffer(GL_FRAMEBUFFER, g.fbo);
@@ -308,6 +307,32 @@ void Renderer::render(const engine::Engine& e, const std::vector<engine::TextIte
         return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(indices) *
                                              sizeof(std::uint32_t));
     };
+    // Polygons filled with bitmaps, of one kind (opaque or blended).
+    auto drawTextured = [&](bool blended) {
+        bool any = false;
+        for (const auto& c : g.chunks)
+            for (const auto& r : c.runs) any = any || r.blended == blended;
+        if (!any) return;
+        glUseProgram(g.texProgram);
+        glActiveTexture(GL_TEXTURE0);
+        for (const auto& c : g.chunks) {
+            if (!c.texVao || c.runs.empty()) continue;
+            const auto m = (projView * translation(c.origin - cam.location)).toFloat();
+            glUniformMatrix4fv(g.texMvpLoc, 1, GL_FALSE, m.data());
+            glBindVertexArray(c.texVao);
+            for (const auto& r : c.runs) {
+                if (r.blended != blended) continue;
+                const GLuint tex = g.texture(e, r.bitmap);
+                if (!tex) continue;
+                glBindTexture(GL_TEXTURE_2D, tex);
+                glDrawElements(GL_TRIANGLES, r.count, GL_UNSIGNED_INT, offsetBytes(r.first));
+                triangles += r.count / 3;
+            }
+        }
+        glBindTexture(GL_TEXTURE_2D, 0);
+        glUseProgram(g.program);
+    };
+    drawTextured(false);
     // Patches lie in their polygon's plane: pull them towards the eye to win the depth test.
     glEnable(GL_POLYGON_OFFSET_FILL);
     glPolygonOffset(reversed ? 1.0f : -1.0f, reversed ? 1.0f : -1.0f);
@@ -332,6 +357,7 @@ void Renderer::render(const engine::Engine& e, const std::vector<engine::TextIte
                        offsetBytes(c.opaqueCount + c.patchCount));
         triangles += c.translucentCount / 3;
     }
+    drawTextured(true);
     glDepthMask(GL_TRUE);
     glDisable(GL_CULL_FACE);
     g.stats.triangles = triangles;

@@ -10,8 +10,9 @@
 // copied into the caller's framebuffer object (a window's), or read back.
 //
 // Opaque polygons first, the patches laid on them pulled a little towards the
-// eye, then the translucent ones blended at half alpha with depth writes off; back faces culled, the front being clockwise. Then the 3D
-// lines, and over everything the 2D lines and the label texts.
+// eye, then the translucent ones blended at half alpha with depth writes off; back faces culled,
+// the front being clockwise. Then the 3D lines, and over everything the 2D lines and the label
+// texts.
 
 #include <cstddef>
 #include <cstdint>

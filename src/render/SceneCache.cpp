@@ -48,7 +48,8 @@ struct Builder {
         }
         const Point3 d = p - c.origin;
         return Vertex{static_cast<float>(d.x), static_cast<float>(d.y), static_cast<float>(d.z),
-                      clampByte(col.r), clampByte(col.g), clampByte(col.b), clampByte(alpha)};
+                      clampByte(col.r),        clampByte(col.g),        clampByte(col.b),
+                      clampByte(alpha)};
     }
     static void fan(std::vector<std::uint32_t>& out, std::uint32_t base, std::size_t n,
                     bool reversed = false) {
@@ -59,6 +60,33 @@ struct Builder {
         }
     }
 };
+
+void addTextured(Builder& b, const SceneStore& store, std::uint32_t s,
+                 const engine::PolygonExtra& extra, const std::vector<Point3>& pts, int alpha) {
+    Chunk& c = b.c;
+    // The bitmap is seen in the polygon's light: white light shows it as it is.
+    const Rgb light = shadedColour({255, 255, 255}, store.light(s), store.brightness(s));
+    auto run = std::find_if(c.textured.begin(), c.textured.end(), [&](const TexturedRun& r) {
+        return r.bitmap == extra.bitmap && r.blended == (alpha < 255);
+    });
+    if (run == c.textured.end()) {
+        c.textured.push_back(TexturedRun{extra.bitmap, alpha < 255, {}});
+        run = c.textured.end() - 1;
+    }
+    const auto base = static_cast<std::uint32_t>(c.texVertices.size());
+    for (std::size_t i = 0; i < pts.size(); ++i) {
+        const Vertex v = b.vertex(pts[i], light, alpha);
+        TexVertex t;
+        t.x = v.x, t.y = v.y, t.z = v.z;
+        t.r = v.r, t.g = v.g, t.b = v.b, t.a = v.a;
+        if (i < extra.points.size()) {
+            t.u = static_cast<float>(extra.points[i].bx);
+            t.v = static_cast<float>(extra.points[i].by);
+        }
+        c.texVertices.push_back(t);
+    }
+    Builder::fan(run->indices, base, pts.size());
+}
 
 bool allFinite(const std::vector<Point3>& pts) {
     return std::all_of(pts.begin(), pts.end(), [](const Point3& p) { return p.finite(); });
@@ -84,15 +112,15 @@ std::size_t SceneCache::triangleCount() const {
     return n;
 }
 
-void SceneCache::rebuild(const SceneStore& store, std::size_t chunkIndex, Chunk& c) const {
+void SceneCache::rebuild(const engine::Engine& e, std::size_t chunkIndex, Chunk& c) const {
+    const SceneStore& store = e.store();
     c = Chunk{};
     Builder b{c};
-    const std::uint64_t first = std::max<std::uint64_t>(
-        1, static_cast<std::uint64_t>(chunkIndex) << SceneStore::kVersionChunkBits);
+    const std::uint64_t first = std::max<std::uint64_t>(1, static_cast<std::uint64_t>(chunkIndex)
+                                                               << SceneStore::kVersionChunkBits);
     const std::uint64_t end =
-        std::min<std::uint64_t>(store.polygonSlotEnd(),
-                                static_cast<std::uint64_t>(chunkIndex + 1)
-                                    << SceneStore::kVersionChunkBits);
+        std::min<std::uint64_t>(store.polygonSlotEnd(), static_cast<std::uint64_t>(chunkIndex + 1)
+                                                            << SceneStore::kVersionChunkBits);
     std::vector<Point3> pts;
     for (std::uint64_t slot = first; slot < end; ++slot) {
         const auto s = static_cast<std::uint32_t>(slot);
@@ -100,8 +128,12 @@ void SceneCache::rebuild(const SceneStore& store, std::size_t chunkIndex, Chunk&
         store.copyPoints(s, pts);
         if (pts.size() < 3 || !allFinite(pts)) continue;
         const engine::PolygonExtra* extra = store.extra(s);
-        const Rgb colour = shadedColour(store.fill(s), store.light(s), store.brightness(s));
         const int polygonAlpha = store.translucent(s) != 0 ? kTranslucentAlpha : 255;
+        if (extra && extra->bitmap != 0 && e.bitmap_get_width(extra->bitmap) > 0) {
+            addTextured(b, store, s, *extra, pts, polygonAlpha);
+            continue;
+        }
+        const Rgb colour = shadedColour(store.fill(s), store.light(s), store.brightness(s));
         bool blended = polygonAlpha < 255;
         const auto base = static_cast<std::uint32_t>(c.vertices.size());
         for (std::size_t i = 0; i < pts.size(); ++i) {
@@ -147,7 +179,7 @@ std::vector<std::size_t> SceneCache::update(const engine::Engine& e) {
         if (versions_[i] == v) continue;
         versions_[i] = v;
         const bool wasEmpty = chunks_[i].empty();
-        rebuild(store, i, chunks_[i]);
+        rebuild(e, i, chunks_[i]);
         ++rebuilds_;
         if (!(wasEmpty && chunks_[i].empty())) changed.push_back(i);
     }

@@ -31,6 +31,23 @@ struct Vertex {
 };
 static_assert(sizeof(Vertex) == 16);
 
+// A vertex of a polygon filled with a bitmap: the texture coordinates are the
+// point's bitmap coordinates (repeats across, rows from the top).
+struct TexVertex {
+    float x = 0, y = 0, z = 0;
+    std::uint8_t r = 255, g = 255, b = 255, a = 255;  // the light the bitmap is seen in
+    float u = 0, v = 0;
+    friend bool operator==(const TexVertex&, const TexVertex&) = default;
+};
+static_assert(sizeof(TexVertex) == 24);
+
+// The triangles of one bitmap in a chunk, opaque or blended.
+struct TexturedRun {
+    engine::Handle bitmap = 0;
+    bool blended = false;
+    std::vector<std::uint32_t> indices;  // into texVertices
+};
+
 struct Chunk {
     engine::Point3 origin;  // double: vertices are small offsets from it
     std::vector<Vertex> vertices;
@@ -39,19 +56,24 @@ struct Chunk {
     std::vector<std::uint32_t> opaque;
     std::vector<std::uint32_t> patches;
     std::vector<std::uint32_t> translucent;
+    // Polygons filled with a bitmap, by bitmap.
+    std::vector<TexVertex> texVertices;
+    std::vector<TexturedRun> textured;
     std::size_t triangles() const {
-        return (opaque.size() + patches.size() + translucent.size()) / 3;
+        std::size_t n = opaque.size() + patches.size() + translucent.size();
+        for (const auto& r : textured) n += r.indices.size();
+        return n / 3;
     }
-    bool empty() const { return vertices.empty(); }
+    bool empty() const { return vertices.empty() && texVertices.empty(); }
 };
 
 // Alpha of a translucent polygon: every nonzero mode is drawn half transparent.
 inline constexpr std::uint8_t kTranslucentAlpha = 128;
 
 // The drawn colour of a polygon: fill x light / 255 (rounded) per channel, or
-// the fill itself when it has no light or its brightness is 0 (unlit).
-engine::Rgb shadedColour(engine::Rgb fill, const std::optional<engine::Rgb>& light,
-                         int brightness);
+// the fill itself when it has no light or its brightness is 0 (unlit). A polygon
+// filled with a bitmap shows the bitmap times its light in the same way.
+engine::Rgb shadedColour(engine::Rgb fill, const std::optional<engine::Rgb>& light, int brightness);
 
 class SceneCache {
 public:
@@ -69,7 +91,7 @@ public:
     std::uint64_t rebuilds() const { return rebuilds_; }
 
 private:
-    void rebuild(const engine::SceneStore& store, std::size_t chunkIndex, Chunk& out) const;
+    void rebuild(const engine::Engine& e, std::size_t chunkIndex, Chunk& out) const;
 
     std::vector<Chunk> chunks_;
     std::vector<std::uint64_t> versions_;

@@ -17,10 +17,14 @@ std::optional<View> parseView(std::string_view name) {
 
 const char* viewName(View v) {
     switch (v) {
-        case View::Top: return "top";
-        case View::North: return "north";
-        case View::East: return "east";
-        case View::Iso: return "iso";
+        case View::Top:
+            return "top";
+        case View::North:
+            return "north";
+        case View::East:
+            return "east";
+        case View::Iso:
+            return "iso";
     }
     return "top";
 }
@@ -33,10 +37,18 @@ bool frameScene(engine::Engine& e, View view, int width, int height) {
 
     Point3 dir, up{0, 0, 1};
     switch (view) {
-        case View::Top: dir = {0, 0, -1}, up = {0, 1, 0}; break;
-        case View::North: dir = {0, 1, 0}; break;
-        case View::East: dir = {1, 0, 0}; break;
-        case View::Iso: dir = Point3{1, 1, -1} * (1 / std::sqrt(3.0)); break;
+        case View::Top:
+            dir = {0, 0, -1}, up = {0, 1, 0};
+            break;
+        case View::North:
+            dir = {0, 1, 0};
+            break;
+        case View::East:
+            dir = {1, 0, 0};
+            break;
+        case View::Iso:
+            dir = Point3{1, 1, -1} * (1 / std::sqrt(3.0));
+            break;
     }
     const Point3 right = [&] {
         Point3 s = engine::cross(dir, up);

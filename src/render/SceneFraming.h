@@ -17,8 +17,9 @@ std::optional<View> parseView(std::string_view name);
 const char* viewName(View v);
 
 // Aims the engine's default camera at the bounding box of group 0 from the
-// view's side (zoom 24 for iso, a long lens of zoom 2 for the others) so that the whole box fits a window of width x height, and sets
-// the near and far planes around it. False when the scene has no polygons.
+// view's side (zoom 24 for iso, a long lens of zoom 2 for the others) so that the whole box fits a
+// window of width x height, and sets the near and far planes around it. False when the scene has no
+// polygons.
 bool frameScene(engine::Engine& e, View view, int width, int height);
 
 }  // namespace render

@@ -172,6 +172,17 @@ TEST(DipAndDipDirection, PlaneDirectionsUnderBothSenses) {
     EXPECT_EQ(dipOf({1, -1, 1}, true, true, 0.0f).dd, 225.0);
 }
 
+TEST(DipAndDipDirection, ExactlyHalfACircleCountsAsTheUpperHalf) {
+    // (1,0,-1), north along x: y becomes 1E-100, dd = -5.7E-99 wraps to exactly
+    // 360 and so to 0; pointing down turns it to 180 exactly. With flip, y > 0
+    // and "180 or more" takes it back to 0; without flip x > 0 leaves 180.
+    EXPECT_EQ(dipOf({1, 0, -1}, true, true, 0.0f).dd, 0.0);
+    EXPECT_EQ(dipOf({1, 0, -1}, false, true, 0.0f).dd, 180.0);
+    EXPECT_EQ(dipOf({1, 0, -1}, false, true, 0.0f).dip, 45.0);
+    // its upward twin: south (-x) without flip
+    EXPECT_EQ(dipOf({-1, 0, 1}, false, true, 0.0f).dd, 180.0);
+}
+
 TEST(DipAndDipDirection, HalfCircleFoldsOnlyWhenAskedFalse) {
     EXPECT_EQ(dipOf({-1, -1, 0}, false, false, 0.5f, false).dd, 45.0);
     EXPECT_EQ(dipOf({-1, -1, 0}, false, false, 0.5f, true).dd, 225.0);

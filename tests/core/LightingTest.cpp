@@ -149,6 +149,7 @@ TEST_F(LightingScene, DialogStartsOnFlatShadingAndApplyFollowsIt) {
     EXPECT_FALSE(form.optionValue("optFlatShading1"));
     core::P_subApplyLight(ctx, 0);
     EXPECT_EQ(ctx.state.bolLightFollowsCamera, -1);
+    ASSERT_TRUE(static_cast<bool>(ctx.lightFollowCamera));  // the camera update calls it
 
     form.setOption("optFlatShading2");
     form.click("cmdOK");

@@ -4,6 +4,9 @@
 #define STB_IMAGE_WRITE_IMPLEMENTATION
 #include <stb/stb_image_write.h>
 
+#include <tbb/parallel_for.h>
+
+#include <atomic>
 #include <random>
 
 #include "engine/Bvh.h"
@@ -159,6 +162,28 @@ TEST(PickIndex, PolygonsWithManyPoints) {
     EXPECT_EQ(e.engine_2D_point_to_3D(400, 300).polygon, big);
     EXPECT_EQ(e.engine_2D_point_to_3D(400 - 0.95 * 80, 300).polygon, big);  // y = 0.95 at x = 10
     EXPECT_EQ(e.engine_2D_point_to_3D(400 - 1.05 * 80, 300).polygon, 0u);
+}
+
+TEST(PickIndex, ConcurrentQueriesAfterAChange) {
+    // The first queries after a change race to rebuild; all must see the new scene.
+    Engine e;
+    for (int i = 0; i < 40000; ++i) addPolygon(e, {{0, 50, double(i)}, {0, 51, double(i)}, {1, 51, double(i)}});
+    std::vector<Handle> squares;
+    for (int k = 0; k < 300; ++k) squares.push_back(addSquareFacingMinusX(e, {10.0 + k, 0, 0}));
+    ASSERT_EQ(e.engine_get_number_of_collisions({0, 0, 0}, {1000, 0, 0}), 300);
+    e.polygon_move(squares[7], {0, 5, 0});
+    e.polygon_disable(squares[8]);
+    std::atomic<int> wrong{0};
+    tbb::parallel_for(0, 400, [&](int) {
+        if (e.engine_get_number_of_collisions({0, 0, 0}, {1000, 0, 0}) != 298) ++wrong;
+    });
+    EXPECT_EQ(wrong.load(), 0);
+    e.polygon_enable(squares[8]);
+    addSquareFacingMinusX(e, {5, 0, 0});  // a new polygon: a full rebuild
+    tbb::parallel_for(0, 400, [&](int) {
+        if (e.engine_get_number_of_collisions({0, 0, 0}, {1000, 0, 0}) != 300) ++wrong;
+    });
+    EXPECT_EQ(wrong.load(), 0);
 }
 
 TEST(ChunkedArray, BlocksGrowWithoutMovingAndReadZero) {

@@ -10,14 +10,19 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QTest>
+#include <QThread>
+#include <QTimer>
 #include <QToolBar>
 #include <vector>
 
 #include "core/AppContext.h"
 #include "core/MainForm.h"
+#include "core/Navigation.h"
 #include "gui/Application.h"
 #include "gui/CommandMenus.h"
 #include "gui/GuiTestSupport.h"
@@ -62,7 +67,8 @@ TEST(MainWindow, MenusAndButtonsComeFromTheRegistry) {
     int ran = 0;
     s.ctx().commands.add({"mnuTestDeep", "Deep Thing", "Tools/Testing", "Ctrl+Shift+T", "",
                           [&](core::AppContext&) { ++ran; }});
-    s.ctx().commands.add({"cmdTestButton", "Press me", "", "", "", [&](core::AppContext&) { ran += 10; }});
+    s.ctx().commands.add(
+        {"cmdTestButton", "Press me", "", "", "", [&](core::AppContext&) { ran += 10; }});
     s.ctx().commands.add({"frmX.cmdInside", "Inside", "", "", "frmX", [](core::AppContext&) {}});
     s.win().syncCommands();
 
@@ -126,6 +132,68 @@ TEST(MainWindow, ACommandThatFailsLeavesTheWindowUsable) {
     EXPECT_EQ(ran, 1);
 }
 
+TEST(MainWindow, TheInterruptButtonStopsALongCommand) {
+    Started s;
+    int steps = 0;
+    s.ctx().commands.add({"cmdTestLong", "Long", "", "", "", [&](core::AppContext& c) {
+                              for (steps = 0; steps < 4000; ++steps) {
+                                  if (core::interrupted(c)) break;
+                                  QThread::msleep(1);
+                              }
+                          }});
+    s.win().syncCommands();
+    QString asked;
+    // while it runs, a person presses the button and answers Yes
+    QTimer::singleShot(100, &s.win(), [&] {
+        whenModal([&](QWidget* w) {
+            auto* box = qobject_cast<QMessageBox*>(w);
+            asked = box ? box->windowTitle() + "|" + box->text() : "";
+            if (auto* yes = box ? box->button(QMessageBox::Yes) : nullptr) yes->click();
+        });
+        s.win().findChild<QPushButton*>("cmdInterruptProcess")->click();
+    });
+    s.win().runCommand("cmdTestLong");
+    EXPECT_EQ(asked, "Process suspended|Must the process be terminated?");
+    EXPECT_LT(steps, 4000);
+    EXPECT_TRUE(s.ctx().state.bolInterruptProcess);
+}
+
+TEST(MainWindow, TheExitCommandClosesTheWindowOnYes) {
+    gui::Application app;
+    ASSERT_TRUE(app.start());
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&app.window()));
+    ASSERT_NE(app.context().commands.find("mnuExit"), nullptr);
+    auto seen = whenModal([](QWidget* w) {
+        if (auto* box = qobject_cast<QMessageBox*>(w)) box->button(QMessageBox::Yes)->click();
+    });
+    app.window().runCommand("mnuExit");
+    EXPECT_TRUE(*seen);
+    EXPECT_FALSE(app.window().isVisible());
+}
+
+TEST(MainWindow, ADragInTheSceneTurnsTheCamera) {
+    Started s;
+    auto* rw = s.win().renderWidget();
+    const double az = s.ctx().state.dblCamAzimuth;
+    QTest::mousePress(rw, Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
+    QMouseEvent move(QEvent::MouseMove, QPointF(130, 100), rw->mapToGlobal(QPointF(130, 100)),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(rw, &move);
+    QTest::mouseRelease(rw, Qt::LeftButton, Qt::NoModifier, QPoint(130, 100));
+    // 30 pixels to the right turn the azimuth back by 30 * 0.007
+    EXPECT_NEAR(s.ctx().state.dblCamAzimuth, az - 0.21, 1e-9);
+}
+
+TEST(MainWindow, AKeyFromTheTableWritesItsLine) {
+    Started s;
+    auto* rw = s.win().renderWidget();
+    rw->setFocus();
+    QTest::keyClick(rw, Qt::Key_W);
+    EXPECT_EQ(s.win().commentBox()->text(), "Change background colour to white");
+    const QImage img = rw->grabFramebuffer();
+    EXPECT_EQ(img.pixelColor(2, 2), QColor(255, 255, 255));
+}
+
 TEST(MainWindow, ThePictureShowsAnAddedPolygon) {
     Started s;
     auto& e = s.ctx().engine;
@@ -133,7 +201,9 @@ TEST(MainWindow, ThePictureShowsAnAddedPolygon) {
     // The start camera looks down from 50000 above the centre; a square of
     // 60000 a side lies under the whole window.
     const auto p = e.polygon_create();
-    for (engine::Point3 q : {engine::Point3{30000, 30000, 0}, {30000, -30000, 0}, {-30000, -30000, 0},
+    for (engine::Point3 q : {engine::Point3{30000, 30000, 0},
+                             {30000, -30000, 0},
+                             {-30000, -30000, 0},
                              {-30000, 30000, 0}})
         e.polygon_add_point(p, q);
     ASSERT_EQ(e.engine_add_polygon(p), 0);

@@ -65,7 +65,8 @@ TEST(QtUi, InputBoxGivesTheTextOrNothing) {
         d->setTextValue("Stope 7");
         d->accept();
     });
-    EXPECT_EQ(ui.inputBox("Give the group a name", "Name", "Group1"), std::optional<std::string>("Stope 7"));
+    EXPECT_EQ(ui.inputBox("Give the group a name", "Name", "Group1"),
+              std::optional<std::string>("Stope 7"));
     EXPECT_TRUE(*seen);
     seen = whenModal([](QWidget* w) { static_cast<QDialog*>(w)->reject(); });
     EXPECT_EQ(ui.inputBox("p", "t", "d"), std::nullopt);

@@ -79,17 +79,18 @@ TEST(RenderCommand, TheDemoBecomesAPicture) {
 
 TEST(RenderCommand, AFileGoesThroughTheLoaderOfItsExtension) {
     REQUIRE_OFFSCREEN_GL();
-    render::registerSceneLoader(".squaretest", [](const std::string& path, std::string& error)
-                                    -> std::shared_ptr<engine::Engine> {
-        if (testsupport::readFile(path) != "green") {
-            error = "not a square";
-            return nullptr;
-        }
-        auto e = rendertest::emptyWorld();
-        e->engine_set_background_color({255, 255, 255});
-        rendertest::addSquare(*e, 1000, 2000, 30, 50, {0, 200, 0});
-        return std::shared_ptr<engine::Engine>(e.release());
-    });
+    render::registerSceneLoader(
+        ".squaretest",
+        [](const std::string& path, std::string& error) -> std::shared_ptr<engine::Engine> {
+            if (testsupport::readFile(path) != "green") {
+                error = "not a square";
+                return nullptr;
+            }
+            auto e = rendertest::emptyWorld();
+            e->engine_set_background_color({255, 255, 255});
+            rendertest::addSquare(*e, 1000, 2000, 30, 50, {0, 200, 0});
+            return std::shared_ptr<engine::Engine>(e.release());
+        });
     testsupport::TempDir dir;
     const auto in = dir.file("one.SQUARETEST");
     testsupport::writeFile(in, "green");

@@ -38,7 +38,9 @@ engine::Handle addSquare(engine::Engine& e, double cx, double cy, double z0, dou
                          engine::Rgb fill, bool facingUp) {
     if (facingUp)
         return addPolygon(e,
-                          {{cx + h, cy + h, z0}, {cx + h, cy - h, z0}, {cx - h, cy - h, z0},
+                          {{cx + h, cy + h, z0},
+                           {cx + h, cy - h, z0},
+                           {cx - h, cy - h, z0},
                            {cx - h, cy + h, z0}},
                           fill);
     return addPolygon(

@@ -40,15 +40,14 @@ int colourDistance(engine::Rgb a, engine::Rgb b);
 
 }  // namespace rendertest
 
-#define REQUIRE_OFFSCREEN_GL()                                                     \
-    do {                                                                           \
-        std::string why_;                                                         \
-        if (!rendertest::offscreen(&why_))                                         \
-            GTEST_SKIP() << "no offscreen OpenGL context (EGL): " << why_;         \
+#define REQUIRE_OFFSCREEN_GL()                                             \
+    do {                                                                   \
+        std::string why_;                                                  \
+        if (!rendertest::offscreen(&why_))                                 \
+            GTEST_SKIP() << "no offscreen OpenGL context (EGL): " << why_; \
     } while (0)
 
-#define EXPECT_COLOUR_NEAR(actual, expected, tolerance)                                     \
-    EXPECT_LE(rendertest::colourDistance((actual), (expected)), (tolerance))                \
-        << "actual (" << (actual).r << ", " << (actual).g << ", " << (actual).b            \
-        << ") expected (" << (expected).r << ", " << (expected).g << ", " << (expected).b \
-        << ")"
+#define EXPECT_COLOUR_NEAR(actual, expected, tolerance)                                           \
+    EXPECT_LE(rendertest::colourDistance((actual), (expected)), (tolerance))                      \
+        << "actual (" << (actual).r << ", " << (actual).g << ", " << (actual).b << ") expected (" \
+        << (expected).r << ", " << (expected).g << ", " << (expected).b << ")"

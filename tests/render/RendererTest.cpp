@@ -1,11 +1,13 @@
 // Pictures of known scenes from known cameras, checked pixel by pixel.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 
 #include "engine/SceneStore.h"
 #include "render/RenderTestSupport.h"
 #include "render/Renderer.h"
+#include "support/TestSupport.h"
 
 namespace {
 
@@ -43,8 +45,8 @@ TEST(Renderer, ARedSquareInTheMiddle) {
 TEST(Renderer, NorthIsUpAndEastIsRightFromAbove) {
     REQUIRE_OFFSCREEN_GL();
     auto e = topDownWorld();
-    addSquare(*e, 30, 0, 0, 5, {0, 255, 0});   // east
-    addSquare(*e, 0, 30, 0, 5, {255, 255, 0}); // north
+    addSquare(*e, 30, 0, 0, 5, {0, 255, 0});    // east
+    addSquare(*e, 0, 30, 0, 5, {255, 255, 0});  // north
     const auto img = draw(*e, 64, 64);
     // 30 units is 19.2 pixels from the centre
     EXPECT_COLOUR_NEAR(img.pixel(32 + 19, 32), (Rgb{0, 255, 0}), 0);
@@ -219,7 +221,8 @@ TEST(Renderer, ChangingOnePolygonUploadsOneChunk) {
     for (std::size_t i = 0; i < chunkSlots * 3; ++i) {
         const double x = -40 + 0.5 * static_cast<double>(i % 160);
         const double y = -40 + 0.5 * static_cast<double>(i / 160);
-        polys.push_back(addPolygon(*e, {{x, y, 0}, {x, y + 0.4, 0}, {x + 0.4, y, 0}}, {90, 90, 90}));
+        polys.push_back(
+            addPolygon(*e, {{x, y, 0}, {x, y + 0.4, 0}, {x + 0.4, y, 0}}, {90, 90, 90}));
     }
     auto* r = offscreen()->renderer();
     draw(*e, 64, 64);
@@ -263,7 +266,8 @@ TEST(Renderer, QueuedTextsAreWrittenWhereTheySay) {
     auto whiteIn = [&](int x0, int y0, int x1, int y1) {
         int n = 0;
         for (int y = y0; y < y1; ++y)
-            for (int x = x0; x < x1; ++x) n += colourDistance(img.pixel(x, y), {255, 255, 255}) == 0;
+            for (int x = x0; x < x1; ++x)
+                n += colourDistance(img.pixel(x, y), {255, 255, 255}) == 0;
         return n;
     };
     EXPECT_GT(whiteIn(64, 64, 128, 80), 20) << "right and below the anchor";
@@ -272,7 +276,8 @@ TEST(Renderer, QueuedTextsAreWrittenWhereTheySay) {
     const auto next = draw(*e, 128, 128);
     int white = 0;
     for (int y = 64; y < 80; ++y)
-        for (int x = 64; x < 128; ++x) white += colourDistance(next.pixel(x, y), {255, 255, 255}) == 0;
+        for (int x = 64; x < 128; ++x)
+            white += colourDistance(next.pixel(x, y), {255, 255, 255}) == 0;
     EXPECT_EQ(white, 0);
 }
 
@@ -294,6 +299,48 @@ TEST(Renderer, WhatIsDrawnIsWhatIsPicked) {
     EXPECT_GT(hits, 50);
     // only pixels whose centre lies right on an edge may go either way
     EXPECT_LE(disagree, 2);
+}
+
+TEST(Renderer, BitmapFillsShowTheBitmapInTheirLight) {
+    REQUIRE_OFFSCREEN_GL();
+    testsupport::TempDir dir;
+    // 2 x 2: red green / blue white
+    render::Image bmp{2, 2, {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 255, 255}};
+    const auto path = dir.file("four.png").string();
+    ASSERT_TRUE(render::writePng(path, bmp));
+    auto e = topDownWorld();
+    const auto h = e->bitmap_load(path);
+    ASSERT_NE(h, 0u);
+    const auto p = addSquare(*e, 0, 0, 0, 30, {10, 10, 10});
+    ASSERT_EQ(e->polygon_wrap_a_bitmap_fixed(p, h, 1, 1), 0);
+    // 30 units is 19.2 pixels: the quarters' middles lie 9.6 pixels off the centre
+    auto quarters = [&](const render::Image& img) {
+        return std::array<Rgb, 4>{img.pixel(22, 22), img.pixel(41, 22), img.pixel(22, 41),
+                                  img.pixel(41, 41)};
+    };
+    const auto q = quarters(draw(*e, 64, 64));
+    auto index = [](Rgb c) {
+        const Rgb four[] = {{255, 0, 0}, {0, 255, 0}, {0, 0, 255}, {255, 255, 255}};
+        for (int i = 0; i < 4; ++i)
+            if (colourDistance(c, four[i]) <= 3) return i;
+        return -1;
+    };
+    std::array<int, 4> seen{};
+    for (int i = 0; i < 4; ++i) {
+        ASSERT_GE(index(q[i]), 0) << "quarter " << i << " shows no colour of the bitmap";
+        seen[index(q[i])]++;
+    }
+    EXPECT_EQ(seen, (std::array<int, 4>{1, 1, 1, 1}));
+    // diagonal quarters hold the bitmap's diagonal pixels (red and white, green and blue)
+    EXPECT_EQ(index(q[0]) + index(q[3]), 3);
+
+    e->polygon_set_light(p, {128, 128, 128});
+    const auto lit = quarters(draw(*e, 64, 64));
+    for (int i = 0; i < 4; ++i) {
+        const Rgb full = q[i];
+        EXPECT_COLOUR_NEAR(lit[i],
+                           (Rgb{full.r * 128 / 255, full.g * 128 / 255, full.b * 128 / 255}), 2);
+    }
 }
 
 TEST(Renderer, BackgroundColourFillsTheWindow) {

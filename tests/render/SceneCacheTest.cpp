@@ -6,8 +6,10 @@
 #include <cmath>
 
 #include "engine/SceneStore.h"
+#include "render/Image.h"
 #include "render/RenderTestSupport.h"
 #include "render/SceneCache.h"
+#include "support/TestSupport.h"
 
 namespace {
 
@@ -34,13 +36,6 @@ TEST(ShadedColour, LightTakesTheLowByteOfEachChannel) {
               (Rgb{128, 255, 0}));
 }
 
-std::size_t totalIndices(const render::SceneCache& c) {
-    std::size_t n = 0;
-    for (std::size_t i = 0; i < c.chunkCount(); ++i)
-        n += c.chunk(i).opaque.size() + c.chunk(i).translucent.size() + c.chunk(i).patches.size();
-    return n;
-}
-
 TEST(SceneCache, PolygonsBecomeFansFromTheirFirstPoint) {
     auto e = rendertest::emptyWorld();
     // a pentagon: three triangles (0,1,2) (0,2,3) (0,3,4)
@@ -64,7 +59,8 @@ TEST(SceneCache, DisabledPolygonsAndFreePolygonsAreLeftOut) {
     addSquare(*e, 5, 0, 0, 1, {0, 255, 0});
     // a polygon made but never added to the world
     const auto freeOne = e->polygon_create();
-    for (Point3 p : {Point3{0, 0, 1}, Point3{0, 1, 1}, Point3{1, 0, 1}}) e->polygon_add_point(freeOne, p);
+    for (Point3 p : {Point3{0, 0, 1}, Point3{0, 1, 1}, Point3{1, 0, 1}})
+        e->polygon_add_point(freeOne, p);
     ASSERT_EQ(e->polygon_disable(a), 0);
     render::SceneCache cache;
     cache.update(*e);
@@ -134,7 +130,8 @@ TEST(SceneCache, AChangeRebuildsOnlyItsChunk) {
     std::vector<engine::Handle> polys;
     for (std::size_t i = 0; i < chunkSlots * 2 + 100; ++i) {
         const double x = static_cast<double>(i % 100), y = static_cast<double>(i / 100);
-        polys.push_back(addPolygon(*e, {{x, y, 0}, {x, y + 0.5, 0}, {x + 0.5, y, 0}}, {50, 50, 50}));
+        polys.push_back(
+            addPolygon(*e, {{x, y, 0}, {x, y + 0.5, 0}, {x + 0.5, y, 0}}, {50, 50, 50}));
     }
     render::SceneCache cache;
     const auto first = cache.update(*e);
@@ -173,12 +170,42 @@ TEST(SceneCache, ANewWorldEmptiesTheOldChunks) {
     EXPECT_EQ(cache.triangleCount(), 0u);
 }
 
+TEST(SceneCache, BitmapFilledPolygonsCarryTheirBitmapCoordinates) {
+    auto e = rendertest::emptyWorld();
+    testsupport::TempDir dir;
+    render::Image bmp{1, 1, {9, 9, 9, 255}};
+    ASSERT_TRUE(render::writePng(dir.file("one.png").string(), bmp));
+    const auto h = e->bitmap_load(dir.file("one.png").string());
+    const auto p = addSquare(*e, 0, 0, 0, 1, {1, 2, 3});
+    addSquare(*e, 5, 0, 0, 1, {1, 2, 3});
+    ASSERT_EQ(e->polygon_wrap_a_bitmap_fixed(p, h, 3, 2), 0);
+    e->polygon_set_light(p, {51, 102, 255});
+    render::SceneCache cache;
+    cache.update(*e);
+    const auto& c = cache.chunk(0);
+    EXPECT_EQ(c.opaque.size(), 6u) << "the plain square";
+    ASSERT_EQ(c.textured.size(), 1u);
+    EXPECT_EQ(c.textured[0].bitmap, h);
+    EXPECT_EQ(c.textured[0].indices.size(), 6u);
+    ASSERT_EQ(c.texVertices.size(), 4u);
+    float maxU = 0, maxV = 0;
+    for (const auto& v : c.texVertices) {
+        maxU = std::max(maxU, v.u), maxV = std::max(maxV, v.v);
+        // white light times the polygon's light
+        EXPECT_EQ((Rgb{v.r, v.g, v.b}), (Rgb{51, 102, 255}));
+    }
+    EXPECT_FLOAT_EQ(maxU, 3.0f);
+    EXPECT_FLOAT_EQ(maxV, 2.0f);
+    EXPECT_EQ(cache.triangleCount(), 4u);
+}
+
 TEST(SceneCache, PatchesFaceTheirPolygonsWay) {
     auto e = rendertest::emptyWorld();
     const auto p = addSquare(*e, 0, 0, 0, 2, {10, 10, 10});
     // given anticlockwise from above, against the polygon's own order
-    ASSERT_EQ(e->polygon_add_patch(p, {{-1, -1, 0}, {1, -1, 0}, {1, 1, 0}, {-1, 1, 0}}, {0, 200, 0}, 1),
-              0);
+    ASSERT_EQ(
+        e->polygon_add_patch(p, {{-1, -1, 0}, {1, -1, 0}, {1, 1, 0}, {-1, 1, 0}}, {0, 200, 0}, 1),
+        0);
     render::SceneCache cache;
     cache.update(*e);
     const auto& c = cache.chunk(0);
@@ -188,7 +215,8 @@ TEST(SceneCache, PatchesFaceTheirPolygonsWay) {
         const auto &A = c.vertices[a], &B = c.vertices[b], &D = c.vertices[d];
         return (B.x - A.x) * (D.y - A.y) - (B.y - A.y) * (D.x - A.x);
     };
-    EXPECT_GT(turn(c.opaque[0], c.opaque[1], c.opaque[2]) * turn(c.patches[0], c.patches[1], c.patches[2]),
+    EXPECT_GT(turn(c.opaque[0], c.opaque[1], c.opaque[2]) *
+                  turn(c.patches[0], c.patches[1], c.patches[2]),
               0);
     EXPECT_EQ(c.vertices[c.patches[0]].g, 200);
 }

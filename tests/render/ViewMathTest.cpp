@@ -75,8 +75,8 @@ INSTANTIATE_TEST_SUITE_P(
                       // the long lens that reads as orthographic
                       CameraCase{{0, -2400, 0}, {0, 1, 0}, {0, 0, 1}, 1, 800, 600},
                       // far from the origin, a mine grid in decimetres
-                      CameraCase{{5.0e7, 7.1e7, 3000}, {0.3, -0.8, -0.5}, {0, 0, 1}, 24, 1024,
-                                 768}));
+                      CameraCase{
+                          {5.0e7, 7.1e7, 3000}, {0.3, -0.8, -0.5}, {0, 0, 1}, 24, 1024, 768}));
 
 TEST(Projection, HorizontalFieldOfViewFollowsTheZoom) {
     // tan(half angle) = 0.5 * zoom / 24: zoom 24 sees half the distance each side.
@@ -152,8 +152,8 @@ TEST(ViewRotation, LooksDownMinusZWithUpAlongY) {
 TEST(ViewRotation, UpAlongTheLineOfSightStillGivesAFrame) {
     const auto v = render::viewRotation({0, 0, -1}, {0, 0, 1});
     for (int r = 0; r < 3; ++r) {
-        const double len = std::sqrt(v.at(r, 0) * v.at(r, 0) + v.at(r, 1) * v.at(r, 1) +
-                                     v.at(r, 2) * v.at(r, 2));
+        const double len =
+            std::sqrt(v.at(r, 0) * v.at(r, 0) + v.at(r, 1) * v.at(r, 1) + v.at(r, 2) * v.at(r, 2));
         EXPECT_NEAR(len, 1, 1e-12) << "row " << r;
     }
 }

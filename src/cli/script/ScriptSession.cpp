@@ -34,7 +34,6 @@ int ScriptSession::startOnce(std::ostream& err,
                              const std::function<void(core::AppContext&)>& setup) {
     try {
         app::registerAll(*ctx_);
-        core::registerEngineProcedures(ctx_->procedures);
         if (setup) setup(*ctx_);
         ctx_->engine.set_window_size(kWindowWidth, kWindowHeight);
         bool ok = app::startMainForm(*ctx_);
