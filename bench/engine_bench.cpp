@@ -176,7 +176,8 @@ void BM_EngineAddAndWalk(benchmark::State& state) {
         }
         std::vector<Handle> handles;
         handles.reserve(kBigCount);
-        for (Handle h = e->polygon_get_first_polygon(); h; h = e->polygon_get_next(h)) handles.push_back(h);
+        for (Handle h = e->polygon_get_first_polygon(); h; h = e->polygon_get_next(h))
+            handles.push_back(h);
         // Interleaved and the best of many: each run is short, and other work
         // on the machine should not decide the ratio.
         double walk = 1e30, loop = 1e30;
@@ -225,7 +226,8 @@ void BM_EnginePick(benchmark::State& state) {
         for (auto& p : pixels) p = {px(rng), px(rng)};
         std::vector<Handle> found(kPicks);
         t0 = Clock::now();
-        for (int i = 0; i < kPicks; ++i) found[i] = e.engine_2D_point_to_3D(pixels[i].first, pixels[i].second).polygon;
+        for (int i = 0; i < kPicks; ++i)
+            found[i] = e.engine_2D_point_to_3D(pixels[i].first, pixels[i].second).polygon;
         const double bvhPick = seconds(t0, Clock::now()) / kPicks;
 
         // Brute force: the same exact test on every polygon of the world.
@@ -242,7 +244,8 @@ void BM_EnginePick(benchmark::State& state) {
                 if (st.disabled(s)) continue;
                 double t;
                 bool front;
-                if (engine::rayHitsStoredPolygon(st, s, o, d, 1.0, tBest, t, front) && front && t < tBest) {
+                if (engine::rayHitsStoredPolygon(st, s, o, d, 1.0, tBest, t, front) && front &&
+                    t < tBest) {
                     tBest = t;
                     best = s;
                 }

@@ -5,6 +5,7 @@
 #include "core/EngineProcedures.h"
 #include "core/Lighting.h"
 #include "core/MainForm.h"
+#include "core/Navigation.h"
 #include "core/TextProcedures.h"
 
 namespace app {
@@ -14,6 +15,7 @@ void registerAll(core::AppContext& ctx) {
     core::registerEngineProcedures(ctx.procedures);
     core::registerTextProcedures(ctx.procedures);
     core::installLighting(ctx);
+    core::installNavigation(ctx);
     builders::registerGeometryProcedures(ctx.procedures);
 }
 

@@ -1,6 +1,10 @@
 // tarvik-cli: the program without its window. `run` drives it by a script;
 // `render`, `convert` and `info` each have their own entry point below.
 
+#ifdef TARVIK_HAVE_RENDER
+#include "cli/RenderCommand.h"
+#include "cli/render/ScriptSceneLoader.h"
+#endif
 #include <cstring>
 #include <fstream>
 #include <iostream>
@@ -63,9 +67,17 @@ int runMain(const std::vector<std::string>& args) {
 }
 
 // ---- render ---------------------------------------------------------------------
-int renderMain(const std::vector<std::string>& /*args*/) {
+int renderMain(int argc, char** argv) {
+#ifdef TARVIK_HAVE_RENDER
+    cli::registerScriptSceneLoader();
+    // argv[0] is "render", the options follow
+    return cli::runRenderCommand(argc, argv);
+#else
+    (void)argc;
+    (void)argv;
     std::cerr << "tarvik-cli: render is not available in this build\n";
     return 1;
+#endif
 }
 
 // ---- convert --------------------------------------------------------------------
@@ -92,7 +104,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (cmd == "run") return runMain(args);
-    if (cmd == "render") return renderMain(args);
+    if (cmd == "render") return renderMain(argc - 1, argv + 1);
     if (cmd == "convert") return convertMain(args);
     if (cmd == "info") return infoMain(args);
     return usageError("unknown command '" + cmd + "'");

@@ -118,7 +118,8 @@ struct Bvh::Builder {
     std::atomic<std::uint32_t> used{1};
     PrimRef* refs;
 
-    static void boxesOf(const PrimRef* r, std::uint32_t begin, std::uint32_t end, Box4& box, Box4& cb) {
+    static void boxesOf(const PrimRef* r, std::uint32_t begin, std::uint32_t end, Box4& box,
+                        Box4& cb) {
         for (std::uint32_t i = begin; i < end; ++i) {
             box.grow(r[i].vlo(), r[i].vhi());
             const __m128 c = r[i].centre2();
@@ -128,7 +129,8 @@ struct Bvh::Builder {
 
     // Builds the subtree of node ni over refs [begin, end), whose box the node
     // already has; cb bounds the centroids.
-    void build(std::uint32_t ni, std::uint32_t begin, std::uint32_t end, const Box4& cb, int depth) {
+    void build(std::uint32_t ni, std::uint32_t begin, std::uint32_t end, const Box4& cb,
+               int depth) {
         const std::uint32_t n = end - begin;
         Node& node = nodes[ni];
         if (n <= kLeafSize) {
@@ -147,9 +149,10 @@ struct Bvh::Builder {
         if (n <= kSmallNode || depth > kMaxSahDepth || lane(ext, widest) <= 0) {
             // Small or lopsided so far: halve by count along the widest spread,
             // which also bounds the depth (and the traversal stack) on any data.
-            std::nth_element(refs + begin, refs + mid, refs + end, [&](const PrimRef& a, const PrimRef& b) {
-                return a.lo[widest] + a.hi[widest] < b.lo[widest] + b.hi[widest];
-            });
+            std::nth_element(refs + begin, refs + mid, refs + end,
+                             [&](const PrimRef& a, const PrimRef& b) {
+                                 return a.lo[widest] + a.hi[widest] < b.lo[widest] + b.hi[widest];
+                             });
         } else {
             // Binned surface area heuristic along the widest spread of centroids.
             const float scale = float(kBins) * 0.99999f / lane(ext, widest);
@@ -206,15 +209,18 @@ struct Bvh::Builder {
                 for (int b = 0; b < kBins; ++b) (b < bestSplit ? lb : rb).grow(bins[0][b].box);
                 haveBoxes = true;
             } else {
-                std::nth_element(refs + begin, refs + mid, refs + end, [&](const PrimRef& a, const PrimRef& b) {
-                    return a.lo[widest] + a.hi[widest] < b.lo[widest] + b.hi[widest];
-                });
+                std::nth_element(
+                    refs + begin, refs + mid, refs + end, [&](const PrimRef& a, const PrimRef& b) {
+                        return a.lo[widest] + a.hi[widest] < b.lo[widest] + b.hi[widest];
+                    });
             }
         }
         Box4 lcb, rcb;
         if (haveBoxes) {
-            for (std::uint32_t i = begin; i < mid; ++i) lcb.grow(refs[i].centre2(), refs[i].centre2());
-            for (std::uint32_t i = mid; i < end; ++i) rcb.grow(refs[i].centre2(), refs[i].centre2());
+            for (std::uint32_t i = begin; i < mid; ++i)
+                lcb.grow(refs[i].centre2(), refs[i].centre2());
+            for (std::uint32_t i = mid; i < end; ++i)
+                rcb.grow(refs[i].centre2(), refs[i].centre2());
         } else {
             boxesOf(refs, begin, mid, lb, lcb);
             boxesOf(refs, mid, end, rb, rcb);
@@ -309,7 +315,8 @@ void Bvh::buildIsolated(const SceneStore& store) {
     const Bounds all = tbb::parallel_reduce(
         tbb::blocked_range<std::size_t>(0, refs.size(), 16384), Bounds{},
         [&](const tbb::blocked_range<std::size_t>& r, Bounds b) {
-            Builder::boxesOf(refs.data(), std::uint32_t(r.begin()), std::uint32_t(r.end()), b.box, b.cb);
+            Builder::boxesOf(refs.data(), std::uint32_t(r.begin()), std::uint32_t(r.end()), b.box,
+                             b.cb);
             return b;
         },
         [](Bounds a, const Bounds& b) {
@@ -366,10 +373,13 @@ bool Bvh::refit(const SceneStore& store) {
                 }
             }
         } else {
-            box.grow(_mm_setr_ps(nodes_[nd.first].lo[0], nodes_[nd.first].lo[1], nodes_[nd.first].lo[2], 0),
-                     _mm_setr_ps(nodes_[nd.first].hi[0], nodes_[nd.first].hi[1], nodes_[nd.first].hi[2], 0));
+            box.grow(_mm_setr_ps(nodes_[nd.first].lo[0], nodes_[nd.first].lo[1],
+                                 nodes_[nd.first].lo[2], 0),
+                     _mm_setr_ps(nodes_[nd.first].hi[0], nodes_[nd.first].hi[1],
+                                 nodes_[nd.first].hi[2], 0));
             const Node& r = nodes_[nd.first + 1];
-            box.grow(_mm_setr_ps(r.lo[0], r.lo[1], r.lo[2], 0), _mm_setr_ps(r.hi[0], r.hi[1], r.hi[2], 0));
+            box.grow(_mm_setr_ps(r.lo[0], r.lo[1], r.lo[2], 0),
+                     _mm_setr_ps(r.hi[0], r.hi[1], r.hi[2], 0));
         }
         box.store(nd.lo, nd.hi);
         for (int k = 0; k < 3; ++k)

@@ -8,8 +8,8 @@
 // is allocated once, so an element is two loads away and references stay valid.
 // Blocks come zeroed from the system (calloc), so untouched parts cost no memory.
 
-#include <cstddef>
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -33,7 +33,9 @@ public:
     static constexpr std::size_t kMaxBlocks = kMaxElements >> kBits;
     static_assert(kTableBlocks >= kMaxBlocks + kTableOffset);
 
-    ChunkedArray() : blocks_(new T*[kTableBlocks]) { std::fill_n(blocks_.get(), kTableBlocks, nullptr); }
+    ChunkedArray() : blocks_(new T*[kTableBlocks]) {
+        std::fill_n(blocks_.get(), kTableBlocks, nullptr);
+    }
     ~ChunkedArray() { clear(); }
     ChunkedArray(const ChunkedArray&) = delete;
     ChunkedArray& operator=(const ChunkedArray&) = delete;

@@ -48,8 +48,7 @@ Engine::~Engine() = default;
 
 // ---- engine ---------------------------------------------------------------------
 
-int Engine::engine_load_world(std::string_view worldFile, std::string_view, std::string_view,
-                              int) {
+int Engine::engine_load_world(std::string_view worldFile, std::string_view, std::string_view, int) {
     if (!worldFile.empty()) return -1;
     store_->clear();
     bvh_->clear();
@@ -112,7 +111,8 @@ const Bvh& Engine::pickIndex() const {
         (store_->removals() - bvh_->builtRemovals()) * 2 > bvh_->primitiveCount() + 1024;
     if (!stale && !bloated) return *bvh_;
     // Polygons only moved (none entered the world): new boxes for the same tree.
-    if (!bloated && bvh_->builtAdditions() == store_->additions() && bvh_->refit(*store_)) return *bvh_;
+    if (!bloated && bvh_->builtAdditions() == store_->additions() && bvh_->refit(*store_))
+        return *bvh_;
     bvh_->build(*store_);
     return *bvh_;
 }
@@ -171,8 +171,8 @@ int Engine::engine_2D_point_to_3D_point_on_plane(double x, double y, const Plane
     return 0;
 }
 
-int Engine::engine_2D_point_to_3D_point_on_sphere(double x, double y, Point3 centre,
-                                                  double radius, Point3& out) const {
+int Engine::engine_2D_point_to_3D_point_on_sphere(double x, double y, Point3 centre, double radius,
+                                                  Point3& out) const {
     if (!std::isfinite(x) || !std::isfinite(y) || !centre.finite() || !(radius > 0) ||
         !std::isfinite(radius))
         return -1;

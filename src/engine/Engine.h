@@ -69,7 +69,7 @@ struct TextItem {
 struct LineItem {
     Handle handle = 0;
     bool is3D = true;
-    Point3 a, b;   // 3D ends, or window pixels in x, y for 2D lines
+    Point3 a, b;  // 3D ends, or window pixels in x, y for 2D lines
     Rgb colourA, colourB;
 };
 
@@ -166,7 +166,7 @@ public:
     // ---- groups ---------------------------------------------------------------
     Handle group_create(std::string_view name);
     bool group_is_group(Handle h) const;
-    Handle group_get_first_group() const;          // creation order
+    Handle group_get_first_group() const;  // creation order
     Handle group_get_next(Handle group) const;
     Handle group_get_first_polygon(Handle group) const;  // in the order they joined the group
     Handle group_get_next_polygon(Handle group, Handle polygon) const;
@@ -204,7 +204,9 @@ public:
     // Appends a point; returns its handle (0 on a bad polygon, a non-finite point or
     // past 65535 points).
     Handle polygon_add_point(Handle polygon, const ScenePoint& p);
-    Handle polygon_add_point(Handle polygon, Point3 p) { return polygon_add_point(polygon, ScenePoint{p.x, p.y, p.z, 0, 0, 100}); }
+    Handle polygon_add_point(Handle polygon, Point3 p) {
+        return polygon_add_point(polygon, ScenePoint{p.x, p.y, p.z, 0, 0, 100});
+    }
     int polygon_delete(Handle polygonOrLine);
     Handle polygon_duplicate(Handle polygon);  // a free copy, outside the world, in the same group
     Handle polygon_get_first_polygon() const;
@@ -346,7 +348,7 @@ private:
     void collectPolygons(Handle group, std::vector<std::uint32_t>& out) const;
 
     std::unique_ptr<SceneStore> store_;
-    const WalkList* walk_ = nullptr;          // inside store_, for the inline walk
+    const WalkList* walk_ = nullptr;           // inside store_, for the inline walk
     const Handle* const* walkNext_ = nullptr;  // its link table (never moves)
     mutable std::unique_ptr<Bvh> bvh_;
     CameraState camera_;

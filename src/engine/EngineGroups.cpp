@@ -37,8 +37,10 @@ std::uint32_t copyTree(SceneStore& st, std::uint32_t g, std::uint32_t father) {
     st.setFather(ng, father);
     const GroupRecord& src = *st.group(g);
     if (src.hasRotateReference) st.setRotateReference(ng, src.rotateReference);
-    for (std::uint32_t s = st.group(g)->firstPolygon; s; s = st.nextInGroup(s)) copyPolygon(st, s, ng);
-    for (std::uint32_t c = st.group(g)->firstChild; c; c = st.group(c)->nextSibling) copyTree(st, c, ng);
+    for (std::uint32_t s = st.group(g)->firstPolygon; s; s = st.nextInGroup(s))
+        copyPolygon(st, s, ng);
+    for (std::uint32_t c = st.group(g)->firstChild; c; c = st.group(c)->nextSibling)
+        copyTree(st, c, ng);
     return ng;
 }
 }  // namespace
@@ -47,7 +49,8 @@ void Engine::collectPolygons(Handle group, std::vector<std::uint32_t>& out) cons
     out.clear();
     if (group == 0) {
         out.reserve(store_->worldCount());
-        for (std::uint32_t s = store_->firstInWorld(); s; s = store_->nextInWorld(s)) out.push_back(s);
+        for (std::uint32_t s = store_->firstInWorld(); s; s = store_->nextInWorld(s))
+            out.push_back(s);
         return;
     }
     const std::uint32_t g = store_->groupSlot(group);
@@ -55,7 +58,8 @@ void Engine::collectPolygons(Handle group, std::vector<std::uint32_t>& out) cons
     std::vector<std::uint32_t> groups;
     subtree(*store_, g, groups);
     for (std::uint32_t x : groups)
-        for (std::uint32_t s = store_->group(x)->firstPolygon; s; s = store_->nextInGroup(s)) out.push_back(s);
+        for (std::uint32_t s = store_->group(x)->firstPolygon; s; s = store_->nextInGroup(s))
+            out.push_back(s);
 }
 
 Handle Engine::group_create(std::string_view name) {
@@ -64,7 +68,9 @@ Handle Engine::group_create(std::string_view name) {
 
 bool Engine::group_is_group(Handle h) const { return store_->groupSlot(h) != 0; }
 
-Handle Engine::group_get_first_group() const { return SceneStore::groupHandle(store_->firstGroup()); }
+Handle Engine::group_get_first_group() const {
+    return SceneStore::groupHandle(store_->firstGroup());
+}
 
 Handle Engine::group_get_next(Handle group) const {
     const std::uint32_t g = store_->groupSlot(group);
@@ -190,7 +196,8 @@ int Engine::group_rotate(Handle group, double degrees, int axis) {
     const Point3 c = G.hasRotateReference ? G.rotateReference : group_get_center_of_mass(group);
     std::vector<std::uint32_t> polys;
     collectPolygons(group, polys);
-    mapGroupPoints(*store_, polys, [&](Point3 p) { return geom::rotateAboutAxis(p, c, axis, degrees); });
+    mapGroupPoints(*store_, polys,
+                   [&](Point3 p) { return geom::rotateAboutAxis(p, c, axis, degrees); });
     return 0;
 }
 
@@ -228,7 +235,8 @@ int Engine::group_ungroup(Handle group) {
     if (!g) return -1;
     const std::uint32_t father = store_->group(g)->father;
     while (const std::uint32_t c = store_->group(g)->firstChild) store_->setFather(c, father);
-    while (const std::uint32_t s = store_->group(g)->firstPolygon) store_->setPolygonGroup(s, father);
+    while (const std::uint32_t s = store_->group(g)->firstPolygon)
+        store_->setPolygonGroup(s, father);
     store_->destroyGroup(g);
     return 0;
 }
@@ -259,7 +267,8 @@ Handle Engine::group_create_reduced_copy(Handle group, double percent) {
     const std::uint32_t ng = store_->createGroup(store_->groupName(g));
     if (!ng) return 0;
     store_->setFather(ng, store_->group(g)->father);
-    for (std::size_t i = 0; i < polys.size(); i += std::size_t(every)) copyPolygon(*store_, polys[i], ng);
+    for (std::size_t i = 0; i < polys.size(); i += std::size_t(every))
+        copyPolygon(*store_, polys[i], ng);
     return SceneStore::groupHandle(ng);
 }
 

@@ -89,7 +89,8 @@ Handle Engine::point_get_next_point(Handle point) const {
     const std::uint32_t p = store_->pointSlot(point);
     if (!p) return 0;
     const std::uint32_t o = store_->owner(p);
-    return p + 1 < store_->firstPoint(o) + store_->pointCount(o) ? SceneStore::pointHandle(p + 1) : 0;
+    return p + 1 < store_->firstPoint(o) + store_->pointCount(o) ? SceneStore::pointHandle(p + 1)
+                                                                 : 0;
 }
 
 Handle Engine::polygon_get_closest_point(Handle polygon, Point3 q) const {

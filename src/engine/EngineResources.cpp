@@ -54,7 +54,8 @@ std::string Engine::bitmap_get_path(Handle bitmap) const {
     return b ? b->path : std::string();
 }
 
-bool Engine::bitmap_pixels(Handle bitmap, int& width, int& height, const std::uint8_t*& rgba) const {
+bool Engine::bitmap_pixels(Handle bitmap, int& width, int& height,
+                           const std::uint8_t*& rgba) const {
     const BitmapObj* b = bitmapOf(bitmaps_, bitmap);
     if (!b) return false;
     width = b->width;
@@ -73,12 +74,14 @@ Handle Engine::font_create(std::string_view name, int, int) {
 int Engine::font_write_text(Handle font, std::string_view text, double xPercent, double yPercent,
                             Rgb colour, int flags) {
     const std::int64_t i = handleIndex(font, Kind::Font);
-    if (i < 0 || std::size_t(i) >= fonts_.size() || !std::isfinite(xPercent) || !std::isfinite(yPercent))
+    if (i < 0 || std::size_t(i) >= fonts_.size() || !std::isfinite(xPercent) ||
+        !std::isfinite(yPercent))
         return -1;
-    texts_.push_back(TextItem{font, std::string(text), xPercent, yPercent,
-                              Rgb{internal::clampChannel(colour.r), internal::clampChannel(colour.g),
-                                  internal::clampChannel(colour.b)},
-                              flags});
+    texts_.push_back(
+        TextItem{font, std::string(text), xPercent, yPercent,
+                 Rgb{internal::clampChannel(colour.r), internal::clampChannel(colour.g),
+                     internal::clampChannel(colour.b)},
+                 flags});
     return 0;
 }
 
@@ -166,7 +169,9 @@ double Engine::math_get_square_distance(Point3 a, Point3 b) {
     return dot(d, d);
 }
 
-double Engine::math_get_distance(Point3 a, Point3 b) { return std::sqrt(math_get_square_distance(a, b)); }
+double Engine::math_get_distance(Point3 a, Point3 b) {
+    return std::sqrt(math_get_square_distance(a, b));
+}
 
 double Engine::math_get_distance_between_point_and_line(Point3 p, Point3 a, Point3 b) {
     const Point3 ab = b - a;

@@ -198,8 +198,8 @@ bool containsProjected(const Point3* p, std::size_t n, Point3 normal, Point3 q) 
     return inside;
 }
 
-bool rayHit(const Point3* p, std::size_t n, Point3 o, Point3 d, double tMin, double tMax,
-            double& t, bool& front) {
+bool rayHit(const Point3* p, std::size_t n, Point3 o, Point3 d, double tMin, double tMax, double& t,
+            bool& front) {
     if (n < 3) return false;
     const Point3 a = frontAreaVector(p, n);
     const double denom = dot(a, d);

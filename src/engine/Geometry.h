@@ -44,8 +44,8 @@ bool containsProjected(const Point3* p, std::size_t n, Point3 normal, Point3 q);
 
 // Ray o + t d against the polygon. On a hit within [tMin, tMax] gives t and
 // whether the ray meets the front (travels against the front normal).
-bool rayHit(const Point3* p, std::size_t n, Point3 o, Point3 d, double tMin, double tMax,
-            double& t, bool& front);
+bool rayHit(const Point3* p, std::size_t n, Point3 o, Point3 d, double tMin, double tMax, double& t,
+            bool& front);
 
 // Cut by a plane: points on the positive side go to front, the rest to back,
 // points on the plane to both. cut is false when the plane leaves the polygon

@@ -32,7 +32,9 @@ private:
     };
     struct Hash {
         using is_transparent = void;
-        std::size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
+        std::size_t operator()(std::string_view s) const {
+            return std::hash<std::string_view>{}(s);
+        }
     };
     std::deque<Entry> entries_;  // a deque: the index keeps views into the texts
     std::vector<std::uint32_t> free_;

@@ -45,7 +45,7 @@ private:
     std::uint32_t minHole() const { return largest_ + 1; }
 
     std::uint32_t largest_;
-    std::map<std::uint32_t, std::uint32_t> free_;             // start -> length, merged
+    std::map<std::uint32_t, std::uint32_t> free_;              // start -> length, merged
     std::set<std::pair<std::uint32_t, std::uint32_t>> holes_;  // (length, start) of large ones
     std::uint64_t freeTotal_ = 0;
     std::uint32_t cursor_ = 1, end_ = kLimit, top_ = 1;

@@ -213,7 +213,8 @@ void SceneStore::copyPoints(std::uint32_t s, std::vector<Point3>& out) const {
 
 void SceneStore::reversePoints(std::uint32_t s) {
     const std::uint32_t f = first_[s], n = count_[s];
-    for (std::uint32_t i = 0, j = n ? n - 1 : 0; i < j; ++i, --j) std::swap(points_[f + i], points_[f + j]);
+    for (std::uint32_t i = 0, j = n ? n - 1 : 0; i < j; ++i, --j)
+        std::swap(points_[f + i], points_[f + j]);
     if (flags_[s] & polyflag::kExtra) {
         auto& pts = extras_[s].points;
         std::reverse(pts.begin(), pts.end());

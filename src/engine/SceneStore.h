@@ -43,9 +43,9 @@ namespace polyflag {
 constexpr std::uint8_t kAlive = 1;
 constexpr std::uint8_t kInWorld = 2;
 constexpr std::uint8_t kDisabled = 4;
-constexpr std::uint8_t kLit = 8;      // has a light colour
+constexpr std::uint8_t kLit = 8;  // has a light colour
 constexpr std::uint8_t kRotated = 16;
-constexpr std::uint8_t kExtra = 32;   // has an entry in the side table
+constexpr std::uint8_t kExtra = 32;  // has an entry in the side table
 }  // namespace polyflag
 
 // Per point, for the polygons that use any of it.
@@ -96,7 +96,9 @@ public:
     static std::uint32_t slotOf(Handle h, Kind k) {
         return handleKind(h) == k ? (h & kIndexMask) : 0;
     }
-    static Handle polygonHandle(std::uint32_t slot) { return slot ? makeHandle(Kind::Polygon, slot - 1) : 0; }
+    static Handle polygonHandle(std::uint32_t slot) {
+        return slot ? makeHandle(Kind::Polygon, slot - 1) : 0;
+    }
     static Handle pointHandle(std::uint32_t p) { return p ? makeHandle(Kind::Point, p - 1) : 0; }
     static Handle groupHandle(std::uint32_t g) { return g ? makeHandle(Kind::Group, g - 1) : 0; }
 
@@ -116,7 +118,9 @@ public:
     // ---- polygons: read ----------------------------------------------------------
     std::uint32_t polygonSlotEnd() const { return walk_.slotEnd; }  // slots [1, end)
     std::uint8_t flags(std::uint32_t s) const { return flags_[s]; }
-    bool isAlive(std::uint32_t s) const { return s && s < walk_.slotEnd && (flags_[s] & polyflag::kAlive); }
+    bool isAlive(std::uint32_t s) const {
+        return s && s < walk_.slotEnd && (flags_[s] & polyflag::kAlive);
+    }
     bool inWorld(std::uint32_t s) const { return flags_[s] & polyflag::kInWorld; }
     bool disabled(std::uint32_t s) const { return flags_[s] & polyflag::kDisabled; }
     bool rotated(std::uint32_t s) const { return flags_[s] & polyflag::kRotated; }
@@ -142,9 +146,7 @@ public:
     // ---- walk (world only, in the order of adding) ----------------------------------
     const WalkList& walk() const { return walk_; }
     std::uint32_t firstInWorld() const { return walk_.head & kIndexMask; }
-    std::uint32_t nextInWorld(std::uint32_t s) const {
-        return walk_.next[s] & kIndexMask;
-    }
+    std::uint32_t nextInWorld(std::uint32_t s) const { return walk_.next[s] & kIndexMask; }
     std::size_t worldCount() const { return walk_.count; }
     std::size_t liveCount() const { return live_; }
 
@@ -204,7 +206,7 @@ public:
     void setBrightness(std::uint32_t s, int b);
     void setName(std::uint32_t s, std::string_view name);
     void setNameId(std::uint32_t s, std::uint32_t id);  // a name already held elsewhere
-    PolygonExtra& extraFor(std::uint32_t s);             // made on first use
+    PolygonExtra& extraFor(std::uint32_t s);            // made on first use
     // Copies everything but points, world and group membership from one polygon to another.
     void copyAttributes(std::uint32_t from, std::uint32_t to);
 
@@ -213,7 +215,7 @@ public:
     // Frees a group; its polygons leave it and its children lose their father.
     void destroyGroup(std::uint32_t g);
     void setGroupName(std::uint32_t g, std::string_view name);
-    void setFather(std::uint32_t g, std::uint32_t father);  // no cycle check here
+    void setFather(std::uint32_t g, std::uint32_t father);   // no cycle check here
     void setPolygonGroup(std::uint32_t s, std::uint32_t g);  // 0: no group
     void setRotateReference(std::uint32_t g, Point3 p);
 
@@ -221,9 +223,12 @@ public:
     void clear();
 
 private:
-    static Rgb unpack(std::uint32_t v) { return Rgb{int((v >> 16) & 255), int((v >> 8) & 255), int(v & 255)}; }
+    static Rgb unpack(std::uint32_t v) {
+        return Rgb{int((v >> 16) & 255), int((v >> 8) & 255), int(v & 255)};
+    }
     static std::uint32_t pack(Rgb c) {
-        return (std::uint32_t(c.r & 255) << 16) | (std::uint32_t(c.g & 255) << 8) | std::uint32_t(c.b & 255);
+        return (std::uint32_t(c.r & 255) << 16) | (std::uint32_t(c.g & 255) << 8) |
+               std::uint32_t(c.b & 255);
     }
     bool holdPoints();  // the arrays hold every slot handed out
     void freePoints(std::uint32_t first, std::uint32_t n);

@@ -54,7 +54,9 @@ inline std::vector<Handle> walk(const Engine& e) {
 // camera on the -x side looking along +x with z up).
 inline Handle addSquareFacingMinusX(Engine& e, Point3 c) {
     // Seen from -x, screen right is -y: top left, top right, bottom right, bottom left.
-    return addPolygon(e, {{c.x, c.y + 1, c.z + 1}, {c.x, c.y - 1, c.z + 1}, {c.x, c.y - 1, c.z - 1},
+    return addPolygon(e, {{c.x, c.y + 1, c.z + 1},
+                          {c.x, c.y - 1, c.z + 1},
+                          {c.x, c.y - 1, c.z - 1},
                           {c.x, c.y + 1, c.z - 1}});
 }
 

@@ -15,14 +15,16 @@ Handle triAt(Engine& e, Handle group, Point3 o) {
 
 std::vector<Handle> children(const Engine& e, Handle g) {
     std::vector<Handle> out;
-    for (Handle c = e.group_get_first_included_group(g); c; c = e.group_get_next_included_group(g, c))
+    for (Handle c = e.group_get_first_included_group(g); c;
+         c = e.group_get_next_included_group(g, c))
         out.push_back(c);
     return out;
 }
 
 std::vector<Handle> members(const Engine& e, Handle g) {
     std::vector<Handle> out;
-    for (Handle p = e.group_get_first_polygon(g); p; p = e.group_get_next_polygon(g, p)) out.push_back(p);
+    for (Handle p = e.group_get_first_polygon(g); p; p = e.group_get_next_polygon(g, p))
+        out.push_back(p);
     return out;
 }
 
@@ -61,7 +63,8 @@ TEST(EngineGroups, ChildrenAndGroupsListInCreationOrder) {
 TEST(EngineGroups, MembershipInJoinOrderAndMoves) {
     Engine e;
     const Handle g = e.group_create("G"), h = e.group_create("H");
-    const Handle p1 = triAt(e, g, {0, 0, 0}), p2 = triAt(e, g, {2, 0, 0}), p3 = triAt(e, g, {4, 0, 0});
+    const Handle p1 = triAt(e, g, {0, 0, 0}), p2 = triAt(e, g, {2, 0, 0}),
+                 p3 = triAt(e, g, {4, 0, 0});
     EXPECT_EQ(members(e, g), (std::vector<Handle>{p1, p2, p3}));
     ASSERT_EQ(e.polygon_set_group(p2, h), 0);
     EXPECT_EQ(members(e, g), (std::vector<Handle>{p1, p3}));
@@ -79,8 +82,8 @@ TEST(EngineGroups, CountsCentreAndBoxCoverDescendants) {
     Engine e;
     const Handle top = e.group_create("Top"), sub = e.group_create("Sub");
     ASSERT_EQ(e.group_set_father_group(sub, top), 0);
-    triAt(e, top, {0, 0, 0});   // points (0,0,0) (0,1,0) (1,1,0)
-    triAt(e, sub, {3, 0, 6});   // points (3,0,6) (3,1,6) (4,1,6)
+    triAt(e, top, {0, 0, 0});  // points (0,0,0) (0,1,0) (1,1,0)
+    triAt(e, sub, {3, 0, 6});  // points (3,0,6) (3,1,6) (4,1,6)
     EXPECT_EQ(e.group_get_number_of_polygons(top), 2);
     EXPECT_EQ(e.group_get_number_of_polygons(sub), 1);
     // Mean of the six points.
@@ -106,7 +109,8 @@ TEST(EngineGroups, MoveLocateRotateScale) {
     ASSERT_EQ(e.group_move(g, {1, 2, 3}), 0);
     EXPECT_EQ(pointsOf(e, p), (std::vector<Point3>{{2, 2, 3}, {2, 3, 3}, {3, 3, 3}}));
     ASSERT_EQ(e.group_set_location(g, {0, 0, 0}), 0);  // box centre (2.5, 2.5, 3) to the origin
-    EXPECT_EQ(pointsOf(e, p), (std::vector<Point3>{{-0.5, -0.5, 0}, {-0.5, 0.5, 0}, {0.5, 0.5, 0}}));
+    EXPECT_EQ(pointsOf(e, p),
+              (std::vector<Point3>{{-0.5, -0.5, 0}, {-0.5, 0.5, 0}, {0.5, 0.5, 0}}));
     // About a reference point: +90 about z takes (r + (1, 0, 0)) to (r + (0, 1, 0)).
     ASSERT_EQ(e.group_set_rotate_reference_point(g, {-0.5, -0.5, 0}), 0);
     ASSERT_EQ(e.group_rotate(g, 90, 2), 0);
@@ -154,10 +158,12 @@ TEST(EngineGroups, UngroupHandsEverythingToTheFather) {
 
 TEST(EngineGroups, DeleteMembersRemovesTheSubtree) {
     Engine e;
-    const Handle keep = e.group_create("Keep"), g = e.group_create("G"), child = e.group_create("C");
+    const Handle keep = e.group_create("Keep"), g = e.group_create("G"),
+                 child = e.group_create("C");
     ASSERT_EQ(e.group_set_father_group(child, g), 0);
     ASSERT_EQ(e.group_set_father_group(g, keep), 0);
-    const Handle a = triAt(e, g, {0, 0, 0}), b = triAt(e, child, {2, 0, 0}), other = triAt(e, keep, {4, 0, 0});
+    const Handle a = triAt(e, g, {0, 0, 0}), b = triAt(e, child, {2, 0, 0}),
+                 other = triAt(e, keep, {4, 0, 0});
     ASSERT_EQ(e.group_delete_members(g), 0);
     EXPECT_FALSE(e.group_is_group(g));
     EXPECT_FALSE(e.group_is_group(child));

@@ -189,7 +189,7 @@ TEST(EngineHandles, InterleavedBuildingKeepsBothPolygonsRight) {
     const Handle a = e.polygon_create(), b = e.polygon_create();
     e.polygon_add_point(a, Point3{0, 0, 0});
     const Handle b0 = e.polygon_add_point(b, Point3{10, 0, 0});
-    e.polygon_add_point(a, Point3{0, 1, 0});  // a moves behind b
+    e.polygon_add_point(a, Point3{0, 1, 0});                     // a moves behind b
     const Handle b1 = e.polygon_add_point(b, Point3{10, 1, 0});  // and b behind a
     e.polygon_add_point(a, Point3{1, 1, 0});
     e.polygon_add_point(b, Point3{11, 1, 0});
@@ -204,7 +204,8 @@ TEST(EngineHandles, InterleavedBuildingKeepsBothPolygonsRight) {
     // Building one polygon at a time keeps every handle.
     const Handle c = e.polygon_create();
     std::vector<Handle> kept;
-    for (int i = 0; i < 5; ++i) kept.push_back(e.polygon_add_point(c, Point3{double(i), double(i * i), 0}));
+    for (int i = 0; i < 5; ++i)
+        kept.push_back(e.polygon_add_point(c, Point3{double(i), double(i * i), 0}));
     for (int i = 0; i < 5; ++i) {
         ASSERT_EQ(e.point_get_xyz(kept[i], p), 0);
         EXPECT_EQ(p, (Point3{double(i), double(i * i), 0}));

@@ -53,7 +53,8 @@ TEST(PointSpace, EngineReusesSpaceOfDeletedPolygons) {
     const engine::SceneStore& st = e.store();
     auto build = [&](double z) {
         std::vector<Handle> out;
-        for (int i = 0; i < 30000; ++i) out.push_back(addPolygon(e, {{0, 0, z}, {0, 1, z}, {1, 1, z}}));
+        for (int i = 0; i < 30000; ++i)
+            out.push_back(addPolygon(e, {{0, 0, z}, {0, 1, z}, {1, 1, z}}));
         return out;
     };
     std::vector<Handle> first = build(0);
@@ -79,7 +80,8 @@ TEST(PointSpace, HandlesKeptWhileBuildingInAHole) {
     // A ring built point by point, handles kept, as the builders do.
     const Handle ring = e.polygon_create();
     std::vector<Handle> pts;
-    for (int i = 0; i < 8; ++i) pts.push_back(e.polygon_add_point(ring, Point3{double(i), double(i % 3), 0}));
+    for (int i = 0; i < 8; ++i)
+        pts.push_back(e.polygon_add_point(ring, Point3{double(i), double(i % 3), 0}));
     ASSERT_EQ(e.polygon_rotate_z(ring, 30), 0);
     const auto now = pointsOf(e, ring);
     for (int i = 0; i < 8; ++i) {
@@ -87,7 +89,8 @@ TEST(PointSpace, HandlesKeptWhileBuildingInAHole) {
         ASSERT_EQ(e.point_get_xyz(pts[i], p), 0);
         EXPECT_EQ(p, now[i]);
     }
-    EXPECT_LT(e.store().firstPoint(e.store().polygonSlot(ring)), e.store().pointSlotEnd() - 8);  // in the hole
+    EXPECT_LT(e.store().firstPoint(e.store().polygonSlot(ring)),
+              e.store().pointSlotEnd() - 8);  // in the hole
 }
 
 }  // namespace

@@ -89,7 +89,8 @@ TEST(EngineRefusal, TooFewOrCollinearOrDuplicatePoints) {
     const Handle same = makePolygon(e, {{5, 5, 5}, {5, 5, 5}, {5, 5, 5}, {5, 5, 5}});
     EXPECT_EQ(e.engine_add_polygon(same), -1);
     // Far from the origin a collinear triple must still be seen as one.
-    const Handle farLine = makePolygon(e, {{6e6, 1e6, 500}, {6e6 + 3, 1e6 + 4, 500}, {6e6 + 6, 1e6 + 8, 500}});
+    const Handle farLine =
+        makePolygon(e, {{6e6, 1e6, 500}, {6e6 + 3, 1e6 + 4, 500}, {6e6 + 6, 1e6 + 8, 500}});
     EXPECT_EQ(e.engine_add_polygon(farLine), -1);
     for (Handle h : {two, line, dup, same, farLine}) {
         EXPECT_FALSE(e.polygon_is_in_world(h));
@@ -188,11 +189,12 @@ TEST(EnginePlane, DegeneratePolygonLeavesThePlaneAlone) {
 TEST(EngineShape, ConvexityCentreAndInsideTests) {
     Engine e;
     // An L shape, clockwise seen from above.
-    const Handle l = addPolygon(e, {{0, 0, 0}, {0, 2, 0}, {1, 2, 0}, {1, 1, 0}, {2, 1, 0}, {2, 0, 0}});
+    const Handle l =
+        addPolygon(e, {{0, 0, 0}, {0, 2, 0}, {1, 2, 0}, {1, 1, 0}, {2, 1, 0}, {2, 0, 0}});
     EXPECT_FALSE(e.polygon_is_convex(l));
     EXPECT_TRUE(e.polygon_are_all_points_on_one_plane(l));
-    expectNear(e.polygon_get_center(l), {1, 1, 0});  // mean of the six points
-    EXPECT_TRUE(e.polygon_is_point_inside_polygon(l, {0.5, 1.5, 3}));  // above the arm
+    expectNear(e.polygon_get_center(l), {1, 1, 0});                     // mean of the six points
+    EXPECT_TRUE(e.polygon_is_point_inside_polygon(l, {0.5, 1.5, 3}));   // above the arm
     EXPECT_FALSE(e.polygon_is_point_inside_polygon(l, {1.5, 1.5, 0}));  // the notch
     const Handle sq = addPolygon(e, {{0, 0, 1}, {0, 1, 1}, {1, 1, 1}, {1, 0, 1}});
     EXPECT_TRUE(e.polygon_is_convex(sq));

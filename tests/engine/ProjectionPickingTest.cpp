@@ -41,7 +41,7 @@ TEST_F(Projection, PixelsAtAKnownCamera) {
     EXPECT_DOUBLE_EQ(x, 0);
     EXPECT_EQ(e.engine_3D_point_to_2D({10, 6, 0}, x, y), 2);  // off the window
     EXPECT_DOUBLE_EQ(x, -80);
-    EXPECT_EQ(e.engine_3D_point_to_2D({-1, 0, 0}, x, y), 3);  // behind
+    EXPECT_EQ(e.engine_3D_point_to_2D({-1, 0, 0}, x, y), 3);   // behind
     EXPECT_EQ(e.engine_3D_point_to_2D({0.5, 0, 0}, x, y), 1);  // nearer than the cut-off
     e.engine_set_fog(true, 100, 0);
     EXPECT_EQ(e.engine_3D_point_to_2D({200, 0, 0}, x, y), 1);  // beyond the fog
@@ -75,6 +75,24 @@ TEST_F(Projection, ProjectAndRayAreInverses) {
         ASSERT_EQ(e.engine_3D_point_to_2D(p, x, y), 0);
         EXPECT_NEAR(x, x0, 1e-7);
         EXPECT_NEAR(y, y0, 1e-7);
+    }
+}
+
+TEST_F(Projection, PickingAPointsPixelGivesThePointBack) {
+    // 3D to 2D to 3D through picking, on a tilted face in front of a turned camera.
+    ASSERT_EQ(e.camera_set_location(cam, {-3, 2, 1}), 0);
+    ASSERT_EQ(e.camera_set_axis_system(cam, {1, -0.2, -0.1}, {0, 0, 1}), 0);
+    const Handle face = addPolygon(e, {{10, 3, 3}, {12, -3, 3}, {12, -3, -3}, {10, 3, -3}});
+    engine::Plane pl;
+    ASSERT_EQ(e.polygon_get_plane(face, pl), 0);
+    ASSERT_LT(engine::dot(pl.n, e.camera_get_direction(cam)), 0);  // facing the camera
+    for (const Point3 p : {Point3{11, 0, 0}, Point3{10.5, 1.5, 2.5}, Point3{11.9, -2.7, -1}}) {
+        double x = 0, y = 0;
+        ASSERT_EQ(e.engine_3D_point_to_2D(p, x, y), 0);
+        const engine::PickHit hit = e.engine_2D_point_to_3D(x, y);
+        EXPECT_EQ(hit.polygon, face);
+        expectNear(hit.point, p, 1e-9);
+        EXPECT_NEAR(hit.distance, engine::length(p - Point3{-3, 2, 1}), 1e-9);
     }
 }
 
@@ -154,9 +172,9 @@ TEST_F(Projection, CutOffAndFogLimitPicking) {
 }
 
 TEST_F(Projection, CollisionsCountFrontsAndBacks) {
-    addSquareFacingMinusX(e, {10, 0, 0});                             // met from the front
+    addSquareFacingMinusX(e, {10, 0, 0});  // met from the front
     const Handle back = addSquareFacingMinusX(e, {20, 0, 0});
-    ASSERT_EQ(e.polygon_flip_visible_side(back), 0);                 // met from behind
+    ASSERT_EQ(e.polygon_flip_visible_side(back), 0);  // met from behind
     const Handle off = addSquareFacingMinusX(e, {25, 0, 0});
     EXPECT_EQ(e.engine_get_number_of_collisions({0, 0, 0}, {30, 0, 0}), 3);
     EXPECT_EQ(e.engine_get_number_of_collisions({0, 0, 0}, {15, 0, 0}), 1);

@@ -18,7 +18,8 @@ double areaOf(const Engine& e, Handle h) {
 
 bool contains(const std::vector<Point3>& pts, Point3 q) {
     return std::any_of(pts.begin(), pts.end(), [&](const Point3& p) {
-        return std::abs(p.x - q.x) < 1e-12 && std::abs(p.y - q.y) < 1e-12 && std::abs(p.z - q.z) < 1e-12;
+        return std::abs(p.x - q.x) < 1e-12 && std::abs(p.y - q.y) < 1e-12 &&
+               std::abs(p.z - q.z) < 1e-12;
     });
 }
 
@@ -121,7 +122,8 @@ TEST(EngineSplit, UnnormalisedPlaneCutsAtTheSamePlace) {
 
 TEST(EngineSplit, ConcavePolygonKeepsItsArea) {
     Engine e;
-    const Handle l = addPolygon(e, {{0, 0, 0}, {0, 2, 0}, {1, 2, 0}, {1, 1, 0}, {2, 1, 0}, {2, 0, 0}});
+    const Handle l =
+        addPolygon(e, {{0, 0, 0}, {0, 2, 0}, {1, 2, 0}, {1, 1, 0}, {2, 1, 0}, {2, 0, 0}});
     Handle front = 0, back = 0;
     ASSERT_EQ(e.polygon_split(l, Plane{{0, 1, 0}, -0.5}, front, back), 0);  // y = 0.5
     EXPECT_NEAR(areaOf(e, front), 2, 1e-12);  // L of area 3 above y = 0.5 keeps 2

@@ -3,7 +3,6 @@
 
 #define STB_IMAGE_WRITE_IMPLEMENTATION
 #include <stb/stb_image_write.h>
-
 #include <tbb/parallel_for.h>
 
 #include <atomic>
@@ -25,13 +24,15 @@ TEST(SceneStoreVersions, EveryKindOfChangeBumpsOnlyItsChunk) {
     const SceneStore& st = e.store();
     // Enough polygons for two version chunks.
     std::vector<Handle> polys;
-    for (int i = 0; i < 5000; ++i) polys.push_back(addPolygon(e, {{0, 0, 0}, {0, 1, 0}, {1, 1, 0}}));
+    for (int i = 0; i < 5000; ++i)
+        polys.push_back(addPolygon(e, {{0, 0, 0}, {0, 1, 0}, {1, 1, 0}}));
     ASSERT_GE(st.versionChunkCount(), 2u);
     const Handle inSecond = polys.back();
     const std::size_t chunk = st.polygonSlot(inSecond) >> SceneStore::kVersionChunkBits;
     ASSERT_EQ(chunk, 1u);
     auto changes = [&](auto&& change) {
-        const std::uint64_t first = st.chunkVersion(0), second = st.chunkVersion(1), rev = e.revision();
+        const std::uint64_t first = st.chunkVersion(0), second = st.chunkVersion(1),
+                            rev = e.revision();
         change();
         EXPECT_EQ(st.chunkVersion(0), first);
         EXPECT_GT(st.chunkVersion(1), second);
@@ -94,8 +95,9 @@ int expectAgreesWithBruteForce(const Engine& e) {
         for (std::uint32_t s = st.firstInWorld(); s; s = st.nextInWorld(s)) {
             double t;
             bool front;
-            if (!st.disabled(s) && engine::rayHitsStoredPolygon(st, s, o, d, tMin, tBest, t, front) &&
-                front && t < tBest) {
+            if (!st.disabled(s) &&
+                engine::rayHitsStoredPolygon(st, s, o, d, tMin, tBest, t, front) && front &&
+                t < tBest) {
                 tBest = t;
                 best = s;
             }
@@ -119,9 +121,9 @@ TEST(PickIndex, AgreesWithBruteForce) {
     std::vector<Handle> polys;
     for (int i = 0; i < 3000; ++i) {
         const Point3 c{pos(rng), pos(rng), pos(rng)};
-        const Handle p = makePolygon(e, {c + Point3{off(rng), off(rng), off(rng)},
-                                         c + Point3{off(rng), off(rng), off(rng)},
-                                         c + Point3{off(rng), off(rng), off(rng)}});
+        const Handle p = makePolygon(
+            e, {c + Point3{off(rng), off(rng), off(rng)}, c + Point3{off(rng), off(rng), off(rng)},
+                c + Point3{off(rng), off(rng), off(rng)}});
         if (e.engine_add_polygon(p) != 0) {
             e.polygon_delete(p);
             continue;
@@ -134,7 +136,8 @@ TEST(PickIndex, AgreesWithBruteForce) {
     e.camera_set_axis_system(cam, {1, -0.05, 0.02}, {0, 0, 1});
     e.set_window_size(300, 200);
     EXPECT_GT(expectAgreesWithBruteForce(e), 100);  // the test would prove little if rays missed
-    for (std::size_t i = 0; i < polys.size(); i += 5) e.polygon_move(polys[i], {off(rng), off(rng), off(rng)});
+    for (std::size_t i = 0; i < polys.size(); i += 5)
+        e.polygon_move(polys[i], {off(rng), off(rng), off(rng)});
     EXPECT_GT(expectAgreesWithBruteForce(e), 100);
     for (std::size_t i = 0; i < polys.size(); i += 3) e.polygon_delete(polys[i]);
     EXPECT_GT(expectAgreesWithBruteForce(e), 50);
@@ -147,7 +150,8 @@ TEST(PickIndex, PolygonsWithManyPoints) {
     // A 200-gon: the exact test handles any number of points, and its points
     // cross a storage block boundary when built after enough others.
     Engine e;
-    for (int i = 0; i < 21800; ++i) addPolygon(e, {{100, 0, double(i)}, {100, 1, double(i)}, {101, 1, double(i)}});
+    for (int i = 0; i < 21800; ++i)
+        addPolygon(e, {{100, 0, double(i)}, {100, 1, double(i)}, {101, 1, double(i)}});
     std::vector<Point3> ring;
     for (int i = 0; i < 200; ++i) {
         const double a = 2 * M_PI * i / 200;
@@ -167,7 +171,8 @@ TEST(PickIndex, PolygonsWithManyPoints) {
 TEST(PickIndex, ConcurrentQueriesAfterAChange) {
     // The first queries after a change race to rebuild; all must see the new scene.
     Engine e;
-    for (int i = 0; i < 40000; ++i) addPolygon(e, {{0, 50, double(i)}, {0, 51, double(i)}, {1, 51, double(i)}});
+    for (int i = 0; i < 40000; ++i)
+        addPolygon(e, {{0, 50, double(i)}, {0, 51, double(i)}, {1, 51, double(i)}});
     std::vector<Handle> squares;
     for (int k = 0; k < 300; ++k) squares.push_back(addSquareFacingMinusX(e, {10.0 + k, 0, 0}));
     ASSERT_EQ(e.engine_get_number_of_collisions({0, 0, 0}, {1000, 0, 0}), 300);
@@ -218,7 +223,7 @@ TEST(EngineResources, BitmapsLoadOrFail) {
     int w = 0, h = 0;
     const std::uint8_t* rgba = nullptr;
     ASSERT_TRUE(e.bitmap_pixels(b, w, h, rgba));
-    EXPECT_EQ(rgba[4 * 4 + 1], 5);  // second row, second pixel, green
+    EXPECT_EQ(rgba[4 * 4 + 1], 5);     // second row, second pixel, green
     EXPECT_EQ(e.bitmap_load(png), b);  // loaded once
     const Handle b2 = e.bitmap_load(bmp);
     ASSERT_NE(b2, 0u);
@@ -290,9 +295,11 @@ TEST(EngineWorld, LoadAndCloseEmptyTheScene) {
 TEST(EngineMath, Helpers) {
     EXPECT_EQ(Engine::math_get_square_distance({1, 2, 3}, {4, 6, 3}), 25);
     EXPECT_EQ(Engine::math_get_distance({1, 2, 3}, {4, 6, 3}), 5);
-    EXPECT_DOUBLE_EQ(Engine::math_get_distance_between_point_and_line({0, 3, 0}, {-1, 0, 0}, {1, 0, 0}), 3);
-    EXPECT_DOUBLE_EQ(Engine::math_get_distance_between_point_and_line({5, 3, 4}, {0, 0, 0}, {0, 0, 0}),
-                     std::sqrt(50.0));
+    EXPECT_DOUBLE_EQ(
+        Engine::math_get_distance_between_point_and_line({0, 3, 0}, {-1, 0, 0}, {1, 0, 0}), 3);
+    EXPECT_DOUBLE_EQ(
+        Engine::math_get_distance_between_point_and_line({5, 3, 4}, {0, 0, 0}, {0, 0, 0}),
+        std::sqrt(50.0));
     EXPECT_TRUE(Engine::math_is_point_on_segment({0.5, 0, 0}, {0, 0, 0}, {1, 0, 0}));
     EXPECT_FALSE(Engine::math_is_point_on_segment({1.5, 0, 0}, {0, 0, 0}, {1, 0, 0}));
     EXPECT_EQ(Engine::math_product({1, 2, 3}, {4, 5, 6}), 32);
