@@ -1,12 +1,15 @@
 #include "app/Registration.h"
 
+#include "builders/BuilderProcedures.h"
 #include "builders/GeometryProcedures.h"
+#include "builders/ObjectInfo.h"
 #include "core/AppContext.h"
 #include "core/EngineProcedures.h"
 #include "core/Lighting.h"
 #include "core/MainForm.h"
 #include "core/Navigation.h"
 #include "core/TextProcedures.h"
+#include "persistence/SettingsFile.h"
 
 namespace app {
 
@@ -17,6 +20,9 @@ void registerAll(core::AppContext& ctx) {
     core::installLighting(ctx);
     core::installNavigation(ctx);
     builders::registerGeometryProcedures(ctx.procedures);
+    builders::registerBuilderProcedures(ctx.procedures);
+    builders::registerObjectInfo(ctx);
+    persistence::registerSettings(ctx);
 }
 
 bool startMainForm(core::AppContext& ctx) { return core::Form_Load(ctx); }

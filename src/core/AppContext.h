@@ -53,6 +53,9 @@ public:
     // The coordinate limit rule at camera start, and the light that follows the camera.
     std::function<void(AppContext&)> coordinateLimitCheck;
     std::function<void(AppContext&)> lightFollowCamera;
+    // The settings changed the main form's size (state.formWidth, formHeight) or
+    // settings.statusBarVisible: the window follows.
+    std::function<void(AppContext&)> windowSettingsChanged;
     // The start of the engine and the card check; tests replace them to see the
     // start failures.
     std::function<bool(AppContext&)> engineStarts = [](AppContext&) { return true; };

@@ -343,6 +343,7 @@ public:
     bool bitmap_pixels(Handle bitmap, int& width, int& height, const std::uint8_t*& rgba) const;
 
 private:
+    friend class WorldIO;  // the world files build a scene aside and swap it in (WorldIO.h)
     const Bvh& pickIndex() const;
     // Polygon slots of a group and its descendants (0: every polygon in the world).
     void collectPolygons(Handle group, std::vector<std::uint32_t>& out) const;

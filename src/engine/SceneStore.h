@@ -223,6 +223,7 @@ public:
     void clear();
 
 private:
+    friend class WorldIO;  // bulk loading of world files (WorldIO.h)
     static Rgb unpack(std::uint32_t v) {
         return Rgb{int((v >> 16) & 255), int((v >> 8) & 255), int(v & 255)};
     }

@@ -11,6 +11,7 @@
 #include "core/MainForm.h"
 #include "core/Navigation.h"
 #include "gui/MainWindow.h"
+#include "persistence/SettingsFile.h"
 #include "gui/RenderWidget.h"
 #include "render/DemoScene.h"
 
@@ -33,6 +34,8 @@ Application::~Application() {
 bool Application::start() {
     window_->show();
     const bool ok = app::startMainForm(*ctx_);
+    // the user's saved settings; scripts start on the defaults instead
+    if (ok) persistence::loadStartupSettings(*ctx_);
     window_->syncCommands();
     window_->layoutForm();
     return ok;
