@@ -91,6 +91,21 @@ struct MainState {
 
     bool bolOpenByAssociation = false;
     bool bolProgramEnding = false;
+
+    // files: the import road and the world files
+    std::string strFullPath;       // the chosen file, "" for none
+    std::string strFileTitle;      // its name as the dialog gave it
+    std::string strFolder;         // strFullPath less strFileTitle
+    short bolFileCancelled = 0;    // -1 when the file dialog was cancelled
+    std::string comLoadStateFile;  // the world open dialog's file name
+    // The worlds opened and added: [0] "FirstModel", then a "NextModel" each
+    // (intModelCount is the highest index, -1 for none).
+    std::vector<engine::Handle> lngModelGroups;
+    int intModelCount = -1;
+    engine::Point3 dblSceneOffset;  // taken off the scene while it is saved
+    // the readers' line-counting progress helper (P_subProgressMessage)
+    float sngProgressBusy = 0;
+    long lngProgressLines = 0;
 };
 
 }  // namespace core

@@ -22,22 +22,31 @@ bool isSeparator(char c) { return c == ' ' || c == ',' || c == '\t'; }
 
 }  // namespace
 
-void P_subNormaliseSeparators(std::string& strLine, int intRounds) {
-    if (intRounds <= 0) return;
-    std::string out;
-    out.reserve(strLine.size());
+void P_subNormaliseSeparators(std::string_view strLine, int intRounds, std::string& out) {
+    out.clear();
+    if (intRounds <= 0) {
+        out.assign(strLine);
+        return;
+    }
     const std::size_t n = strLine.size();
     std::size_t i = 0;
     while (i < n) {
-        if (!isSeparator(strLine[i])) {
-            out.push_back(strLine[i++]);
-            continue;
-        }
         std::size_t j = i;
+        while (j < n && !isSeparator(strLine[j])) ++j;
+        out.append(strLine.data() + i, j - i);
+        if (j == n) break;
+        i = j;
         while (j < n && isSeparator(strLine[j])) ++j;
         out.append(static_cast<std::size_t>(afterRounds(static_cast<int>(j - i), intRounds)), '\t');
         i = j;
     }
+}
+
+void P_subNormaliseSeparators(std::string& strLine, int intRounds) {
+    if (intRounds <= 0) return;
+    std::string out;
+    out.reserve(strLine.size());
+    P_subNormaliseSeparators(std::string_view(strLine), intRounds, out);
     strLine.swap(out);
 }
 

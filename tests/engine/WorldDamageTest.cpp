@@ -216,10 +216,10 @@ TEST_F(WorldDamage, ResummedTextStillLoads) {
 
 TEST_F(WorldDamage, ContentThatCannotBeIsRefusedEvenWithValidChecks) {
     const std::pair<std::string, std::string> edits[] = {
-        {"group 1 name 6 father 5", "group 1 name 6 father 1"},     // its own father
-        {"group 5 name 10 father 0", "group 5 name 10 father 1"},   // a loop of two
-        {"group 2 name 7 father 0", "group 2 name 7 father 9"},     // no such group
-        {"group 1 name 6", "group 1 name 99"},                      // no such name
+        {"group 1 name 5 father 5", "group 1 name 5 father 1"},     // its own father
+        {"group 5 name 8 father 0", "group 5 name 8 father 1"},     // a loop of two
+        {"group 2 name 6 father 0", "group 2 name 6 father 9"},     // no such group
+        {"group 1 name 5", "group 1 name 99"},                      // no such name
         {"point 0 0 0\n", "point nan 0 0\n"},                       // not a number
         {"point 0 0 0\n", "point 1e999 0 0\n"},                     // out of range
         {"polygon 1 name 1 group 2", "polygon 1 name 1 group 77"},  // no such group
@@ -230,7 +230,10 @@ TEST_F(WorldDamage, ContentThatCannotBeIsRefusedEvenWithValidChecks) {
         {"order 1 polygons 2 5 4", "order 1 polygons 2 5 5"},       // a member twice
         {"order 1 polygons 2 5 4", "order 1 polygons 2 5 0"},       // not a member
         {"zoom 1 near", "zoom 0 near"},                             // no usable camera
-        {"\"\"\n\"Early child\"", "\"x\"\n\"Early child\""},        // names start empty
+        {"\"\"\n\"PR_Tri", "\"x\"\n\"PR_Tri"},                    // names start empty
+        {"point 10 10 5 uv", "point 10 10 5 alpha 256 uv"},         // alpha out of range
+        {"patch colour 9 8 7 type -4 points 3 1 1 -1 1 2 -1 2 2 -1",
+         "patch colour 9 8 7 type -4 points 2 1 1 -1 1 2 -1"},      // a patch of two points
     };
     for (const auto& [from, to] : edits) {
         const std::string bad = replaced(text, from, to);

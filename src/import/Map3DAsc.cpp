@@ -1,0 +1,145 @@
+// ASC wireframes: four lines a facet, the facet cut along P0-P2.
+
+#include <charconv>
+
+#include "core/AppContext.h"
+#include "import/ImportRun.h"
+#include "import/Map3DColour.h"
+#include "import/Map3DFields.h"
+#include "import/Map3DReaders.h"
+#include "import/ProgressMessage.h"
+#include "import/TextFile.h"
+#include "import/Triangle.h"
+#include "ui/ScriptedUi.h"
+
+namespace importers {
+
+namespace {
+
+// One record a line. The vertice values are kept one after another in one text.
+struct AscRecords {
+    std::vector<engine::Point3> points;
+    std::vector<std::int32_t> codes;
+    std::string values;
+    std::vector<std::size_t> valueEnds;
+
+    std::string_view value(std::size_t i) const {
+        const std::size_t from = i == 0 ? 0 : valueEnds[i - 1];
+        return std::string_view(values).substr(from, valueEnds[i] - from);
+    }
+};
+
+[[noreturn]] void interrupted() { throw ImportFault("interrupted"); }
+
+std::string linesLoadedText(std::size_t count) {
+    char buf[24];
+    auto r = std::to_chars(buf, buf + sizeof buf, count);
+    std::string text(kLinesLoadedText);
+    text.append(buf, r.ptr);
+    return text;
+}
+
+// The line shapes, by the emptiness of the first field and the index of the last.
+void readLine(const Fields& f, bool bolVerticeData, AscRecords& rec) {
+    const std::size_t last = f.size() - 1;
+    const bool shifted = f[0].empty();
+    engine::Point3 p;
+    std::int32_t code = 0;
+    if (!shifted && last == 4) {
+        p = filePoint(f, 0);
+        code = bolVerticeData ? 3 : fileCode(f[4]);
+        if (bolVerticeData) rec.values.append(f[4]);  // as the text stands
+    } else if (shifted && last == 5) {
+        p = filePoint(f, 1);
+        code = bolVerticeData ? 3 : fileCode(f[5]);
+        if (bolVerticeData) rec.values += core::numberText(core::valNumber(f[5]));
+    } else if (!shifted && last == 3) {
+        p = filePoint(f, 0);
+        code = 3;
+    } else if (shifted && last == 4) {
+        p = filePoint(f, 1);
+        code = 3;
+    }
+    rec.points.push_back(p);
+    rec.codes.push_back(code);
+    if (bolVerticeData) rec.valueEnds.push_back(rec.values.size());
+}
+
+void readAsc(ImportRun& run, AscRecords& rec, bool bolVerticeData) {
+    core::AppContext& ctx = run.context();
+    TextFile file;
+    if (!file.load(ctx.state.strFullPath)) throw ImportFault("the file cannot be read");
+    const std::size_t hint = file.lineCountHint();
+    rec.points.reserve(hint);
+    rec.codes.reserve(hint);
+    if (bolVerticeData) rec.valueEnds.reserve(hint);
+    ctx.state.sngProgressBusy = 0;
+    ctx.state.lngProgressLines = 0;
+    FieldSplitter splitter(5);
+    std::string_view line;
+    std::size_t count = 0;
+    while (!run.interruptRequested() && file.nextLine(line)) {
+        readLine(splitter.split(line), bolVerticeData, rec);
+        ++count;
+        run.pumpSometimes(ImportRun::kLinesPerPump);
+        if (progressMessageDue(ctx, 10)) progressMessageShow(ctx, 0.05f, linesLoadedText(count));
+    }
+    if (run.interruptRequested()) interrupted();
+}
+
+std::string cornerNames(const AscRecords& rec, std::size_t a, std::size_t b, std::size_t c) {
+    std::string name;
+    const auto va = rec.value(a), vb = rec.value(b), vc = rec.value(c);
+    name.reserve(va.size() + vb.size() + vc.size() + 2);
+    name.append(va).append(1, '\t').append(vb).append(1, '\t').append(vc);
+    return name;
+}
+
+void buildAsc(ImportRun& run, const AscRecords& rec, engine::Handle group, bool bolVerticeData,
+              bool bolTwoSided) {
+    engine::Engine& eng = run.context().engine;
+    const std::size_t count = rec.points.size();
+    auto triangle = [&](std::size_t a, std::size_t b, std::size_t c, const engine::Rgb& colour,
+                        bool named) {
+        const engine::Handle h = P_fncTriangle(eng, rec.points[a], rec.points[b], rec.points[c], colour);
+        if (h == 0) return;
+        eng.polygon_set_group(h, group);
+        if (named) eng.polygon_set_name(h, cornerNames(rec, a, b, c));
+    };
+    for (std::size_t i = 0; i + 4 <= count; i += 4) {
+        if (run.interruptRequested()) interrupted();
+        const engine::Rgb colour = map3DColour(rec.codes[i]);
+        const std::size_t p0 = i, p1 = i + 1, p2 = i + 2, p3 = i + 3;
+        triangle(p0, p2, p1, colour, bolVerticeData);
+        if (bolTwoSided) triangle(p0, p1, p2, colour, false);
+        triangle(p0, p3, p2, colour, bolVerticeData);
+        if (bolTwoSided) triangle(p0, p2, p3, colour, bolVerticeData);
+        run.recordBuilt();
+    }
+}
+
+}  // namespace
+
+void importMap3DAsc(core::AppContext& ctx, const std::string& strMode, bool bolVerticeData,
+                    bool bolTwoSided) {
+    const auto mode = importModeOf(strMode);
+    if (!mode) return;
+    ImportRun run(ctx, *mode);
+    engine::Handle group = 0;
+    try {
+        if (run.begin()) {
+            AscRecords rec;
+            readAsc(run, rec, bolVerticeData);
+            run.startBuild();
+            group = ctx.engine.group_create(kAscGroup);
+            buildAsc(run, rec, group, bolVerticeData, bolTwoSided);
+        }
+        run.finish(group);
+    } catch (const ui::ScriptError&) {
+        throw;
+    } catch (...) {
+        run.fail(kAscErrorBox);
+    }
+}
+
+}  // namespace importers
