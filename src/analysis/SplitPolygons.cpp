@@ -198,6 +198,8 @@ bool splitAtDoubleClick(core::AppContext& ctx, double x, double y) {
     if (!split && !lines) return false;
     const engine::PickHit hit = ctx.engine.engine_2D_point_to_3D(x, y);
     if (hit.polygon == 0) return true;
+    // A new pick is a new run: an interrupt of the last one must not stop it.
+    ctx.state.bolInterruptProcess = false;
     ctx.pointer(11);
     P_subSplitPolygons(ctx, hit.polygon, split, lines);
     ctx.progress(80);

@@ -1,5 +1,6 @@
 #include "app/Registration.h"
 
+#include "analysis/AnalysisRegistration.h"
 #include "builders/BuilderProcedures.h"
 #include "builders/GeometryProcedures.h"
 #include "builders/ObjectInfo.h"
@@ -23,6 +24,7 @@ void registerAll(core::AppContext& ctx) {
     builders::registerBuilderProcedures(ctx.procedures);
     builders::registerObjectInfo(ctx);
     persistence::registerSettings(ctx);
+    analysis::registerAnalysis(ctx);
 }
 
 bool startMainForm(core::AppContext& ctx) { return core::Form_Load(ctx); }

@@ -15,6 +15,7 @@
 #include "core/NameRecords.h"
 #include "forms/FormNumbers.h"
 #include "forms/Frm11SelectMarkerStandard.h"
+#include "forms/Frm23ChangeInfo.h"
 
 namespace builders {
 
@@ -57,6 +58,23 @@ Handle markerGroupOf(core::AppContext& ctx, std::initializer_list<Handle> parts)
     }
     for (Handle h : parts) eng.group_set_father_group(h, group);
     return group;
+}
+
+// The information form for a new marker: a general text of now, empty to type
+// into. Nothing when it is closed by its frame.
+std::optional<std::string> newComment(core::AppContext& ctx) {
+    auto& form = changeInfoForm(ctx);
+    form.ensureLoaded();
+    form.bolInfoCancelled = 0;
+    form.selectType(forms::Frm23ChangeInfo::kGeneralType);
+    form.setNow();
+    form.setText("txtChangeInfo", "");
+    ctx.ui.showModal(form);
+    if (form.bolInfoCancelled != 0) {
+        form.bolInfoCancelled = 0;
+        return std::nullopt;
+    }
+    return P_fncInfoString(form);
 }
 
 bool standsAlongNormal(MarkerSymbol s) {
@@ -167,7 +185,7 @@ void finishPlacedMarker(core::AppContext& ctx, Handle hGroup) {
 
     switch (selectMarkerForm(ctx).link()) {
         case forms::MarkerLink::Comment:
-            if (auto name = editInfoText(ctx, "")) nameAllPolygons(eng, hGroup, *name);
+            if (auto name = newComment(ctx)) nameAllPolygons(eng, hGroup, *name);
             break;
         case forms::MarkerLink::Photo: {
             ui::FileRequest req;

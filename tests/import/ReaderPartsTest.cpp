@@ -1,0 +1,216 @@
+// The parts the readers are made of: the Map3D colour codes, the lenient number
+// reading, the line and field walk, and the excavation dialog's logic.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "core/LenientNumber.h"
+#include "forms/Frm12Excavation.h"
+#include "import/Map3DColour.h"
+#include "import/TextFile.h"
+
+namespace {
+
+using engine::Rgb;
+using importers::map3DColour;
+
+TEST(Map3DColour, CodesByTheirDigits) {
+    // Each worked out by hand: lower by 5 when over 5, then shade s from the digits
+    // and the hue from the last digit.
+    EXPECT_EQ(map3DColour(0), (Rgb{119, 9, 246}));     // s 9, hue 0: 128-s, s, 255-s
+    EXPECT_EQ(map3DColour(3), (Rgb{246, 246, 9}));     // s 9, hue 3
+    EXPECT_EQ(map3DColour(5), (Rgb{246, 9, 119}));     // 5 is not over 5: hue 5
+    EXPECT_EQ(map3DColour(6), (Rgb{9, 9, 246}));       // 1: hue 1
+    EXPECT_EQ(map3DColour(9), (Rgb{246, 9, 9}));       // 4: hue 4
+    EXPECT_EQ(map3DColour(11), (Rgb{9, 246, 246}));    // 6: hue 6
+    EXPECT_EQ(map3DColour(12), (Rgb{119, 246, 119}));  // 7: hue 7
+    EXPECT_EQ(map3DColour(14), (Rgb{246, 119, 9}));    // 9: hue 9
+    EXPECT_EQ(map3DColour(15), (Rgb{119, 9, 246}));    // 10: tens 1, s 9, hue 0
+    EXPECT_EQ(map3DColour(57), (Rgb{45, 210, 45}));    // 52: tens 5, s 45, hue 2
+    EXPECT_EQ(map3DColour(104), (Rgb{174, 47, 81}));   // 99: tens 9, s 81, hue 9
+}
+
+TEST(Map3DColour, HundredsThousandsAndBeyond) {
+    EXPECT_EQ(map3DColour(127), (Rgb{19, 236, 19}));    // 122: tens 2, hundreds 1, s 19
+    EXPECT_EQ(map3DColour(999), (Rgb{165, 90, 90}));    // 994: tens 9, hundreds 9, s 90
+    EXPECT_EQ(map3DColour(1006), (Rgb{10, 10, 245}));   // 1001: tens 0, hundreds 10
+    EXPECT_EQ(map3DColour(3755), (Rgb{46, 82, 173}));   // 3750: tens 5, hundreds 37, s 82
+    EXPECT_EQ(map3DColour(5005), (Rgb{91, 37, 218}));   // 5000: hundreds 50 capped at 37
+    EXPECT_EQ(map3DColour(10004), (Rgb{137, 10, 118})); // 9999: tens 9, hundreds 37, s 118
+    EXPECT_EQ(map3DColour(10005), (Rgb{119, 9, 246}));  // 10000: tens 1, hundreds 0
+    EXPECT_EQ(map3DColour(123456), (Rgb{9, 9, 246}));   // 123451: s 9, hue 1
+    EXPECT_EQ(map3DColour(-7), (Rgb{119, 246, 119}));   // under 10: s 9, hue 7
+    EXPECT_EQ(map3DColour(-123), (Rgb{246, 246, 9}));   // under 10: s 9, hue 3
+    // The extremes of the code stay within the colour range.
+    for (std::int32_t code : {std::numeric_limits<std::int32_t>::min(),
+                              std::numeric_limits<std::int32_t>::max(), 9999 + 5, 9989 + 5}) {
+        Rgb c = map3DColour(code);
+        for (int v : {c.r, c.g, c.b}) {
+            EXPECT_GE(v, 0) << code;
+            EXPECT_LE(v, 255) << code;
+        }
+    }
+}
+
+TEST(LenientNumber, LeadingNumberElseZero) {
+    EXPECT_EQ(core::valNumber("12.5abc"), 12.5);
+    EXPECT_EQ(core::valNumber("abc"), 0);
+    EXPECT_EQ(core::valNumber(""), 0);
+    EXPECT_EQ(core::valNumber("-.5e1x"), -5);
+    EXPECT_EQ(core::valNumber("+3"), 3);
+    EXPECT_EQ(core::valNumber("--3"), 0);
+    EXPECT_EQ(core::valNumber("1.2.3"), 1.2);
+    EXPECT_EQ(core::valNumber("1e"), 1);
+    EXPECT_EQ(core::valNumber("1e+"), 1);
+    EXPECT_EQ(core::valNumber("2D3"), 2000);
+    EXPECT_EQ(core::valNumber(" 1 2\t3"), 123);  // blanks inside are passed over
+    EXPECT_EQ(core::valNumber("&HFF"), 255);
+    EXPECT_EQ(core::valNumber("&HFFFF"), -1);  // four digits: 16-bit
+    EXPECT_EQ(core::valNumber("&H10000"), 65536);
+    EXPECT_EQ(core::valNumber("&O17"), 15);
+    EXPECT_EQ(core::valNumber("NaN"), 0);
+    EXPECT_EQ(core::valNumber("inf"), 0);
+    EXPECT_EQ(core::valNumber("1e308"), 1e308);
+    EXPECT_TRUE(std::isinf(core::valNumber("1e309")));
+    EXPECT_LT(core::valNumber("-1e400"), 0);
+    EXPECT_EQ(core::valNumber("1e-400"), 0);
+    const double negZero = core::valNumber("-0");
+    EXPECT_EQ(negZero, 0);
+    EXPECT_TRUE(std::signbit(negZero));
+    // A long run of digits is still one number.
+    const std::string digits(300, '1');
+    EXPECT_EQ(core::valNumber(digits + "x"), std::strtod(digits.c_str(), nullptr));
+}
+
+TEST(LenientNumber, WholeNumbersAndTexts) {
+    EXPECT_EQ(core::wholeNumber(2.5), 2);  // halves to the even neighbour
+    EXPECT_EQ(core::wholeNumber(3.5), 4);
+    EXPECT_EQ(core::wholeNumber(-2.5), -2);
+    EXPECT_EQ(core::wholeNumber(2147483647.4), 2147483647);
+    EXPECT_FALSE(core::wholeNumber(2147483647.5).has_value());
+    EXPECT_EQ(core::wholeNumber(-2147483648.0), std::numeric_limits<std::int32_t>::min());
+    EXPECT_FALSE(core::wholeNumber(1e10).has_value());
+    EXPECT_FALSE(core::wholeNumber(std::numeric_limits<double>::infinity()).has_value());
+
+    EXPECT_EQ(core::numberText(1.5), "1.5");
+    EXPECT_EQ(core::numberText(core::valNumber("1.50")), "1.5");
+    EXPECT_EQ(core::numberText(-0.0), "0");
+    EXPECT_EQ(core::numberText(0.1 + 0.2), "0.3");
+    EXPECT_EQ(core::numberText(1e20), "1E+20");
+    EXPECT_EQ(core::numberText(0.00001), "1E-05");
+    EXPECT_EQ(core::numberText(0.0001), "0.0001");
+    EXPECT_EQ(core::numberText(123456789012345.0), "123456789012345");
+    EXPECT_EQ(core::numberText(1234567890123456.0), "1.23456789012346E+15");
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    importers::TextFile f;
+    f.assign(text);
+    std::vector<std::string> out;
+    std::string_view line;
+    while (f.nextLine(line)) out.emplace_back(line);
+    return out;
+}
+
+TEST(TextFile, LinesEndAtEveryKindOfLineEnd) {
+    using V = std::vector<std::string>;
+    EXPECT_EQ(linesOf("a\r\nb\nc\rd"), (V{"a", "b", "c", "d"}));
+    EXPECT_EQ(linesOf("a\n"), (V{"a"}));        // the last end makes no empty line
+    EXPECT_EQ(linesOf("a\n\n"), (V{"a", ""}));  // an empty line is a line
+    EXPECT_EQ(linesOf("\r\r\n\n"), (V{"", "", ""}));
+    EXPECT_EQ(linesOf(""), V{});
+    EXPECT_EQ(linesOf("\xEF\xBB\xBF"), V{});
+    EXPECT_EQ(linesOf("\xEF\xBB\xBFx\n\xEF\xBB\xBFy"), (V{"x", "\xEF\xBB\xBFy"}));
+    EXPECT_EQ(linesOf("\xEF\xBB"), (V{"\xEF\xBB"}));  // not a whole mark
+    // Lone CRs over a long text: every line found.
+    std::string cr;
+    for (int i = 0; i < 20000; ++i) cr += "1 2 3\r";
+    EXPECT_EQ(linesOf(cr).size(), 20000u);
+}
+
+TEST(TextFile, LineCountHintAndMissingFiles) {
+    importers::TextFile f;
+    f.assign("a\r\nb\r\nc");
+    EXPECT_EQ(f.lineCountHint(), 3u);
+    f.assign("a\nb\n");
+    EXPECT_GE(f.lineCountHint(), 2u);
+    EXPECT_FALSE(f.load("/nonexistent-folder-of-tarvik/x.asc"));
+    EXPECT_FALSE(f.load(std::filesystem::temp_directory_path().string()));  // a folder
+}
+
+TEST(FieldSplitter, LeadingSeparatorGivesAnEmptyFirstField) {
+    using V = std::vector<std::string_view>;
+    importers::FieldSplitter s(5);
+    EXPECT_EQ(s.split("1 2,3\t4"), (V{"1", "2", "3", "4"}));
+    EXPECT_EQ(s.split(" 1  ,, 2"), (V{"", "1", "2"}));
+    EXPECT_EQ(s.split("1 2 "), (V{"1", "2", ""}));
+    EXPECT_EQ(s.split(""), (V{""}));
+    std::string wide;
+    for (int i = 0; i < 100000; ++i) wide += "7,";
+    EXPECT_EQ(s.split(wide).size(), 100001u);
+}
+
+TEST(Frm12Excavation, TypeOptionsRelabelTheDialog) {
+    forms::Frm12Excavation f;
+    EXPECT_EQ(f.selectedType(), "optExcTunnel");
+    EXPECT_EQ(f.at("fraExcavationDimensions").caption, "Excavation dimensions");
+    f.setOption("optExcCylinder");
+    EXPECT_EQ(f.at("fraExcavationDimensions").caption, "Cylinder diameter");
+    EXPECT_EQ(f.at("lblExcavationWidth").caption, "Diameter");
+    EXPECT_FALSE(f.at("cboExcavationHeight").visible);
+    EXPECT_FALSE(f.at("lblExcavationHeight").visible);
+    f.setOption("optExc4Cone");
+    EXPECT_EQ(f.at("fraExcavationDimensions").caption, "Pyramid dimensions");
+    EXPECT_EQ(f.at("lblExcavationWidth").caption, "Width");
+    EXPECT_TRUE(f.at("cboExcavationHeight").visible);
+    f.setOption("optCrossPolyLine");
+    EXPECT_EQ(f.at("fraExcavationDimensions").caption, "Line thickness");
+}
+
+TEST(Frm12Excavation, AcceptRefusesZeroSizesEvenInAHiddenBox) {
+    forms::Frm12Excavation f;
+    f.setOption("optExcCylinder");  // hides the height box
+    f.setText("cboExcavationHeight", "");
+    f.setShown(true);
+    f.click("cmdOK");
+    EXPECT_TRUE(f.shown());
+    f.setText("cboExcavationHeight", "0abc");
+    f.click("cmdOK");
+    EXPECT_TRUE(f.shown());
+    f.setText("cboExcavationHeight", "2");
+    f.setText("cboExcavationColour", "Dark blue (tunnels)");
+    bool armed = false;
+    f.onAccepted = [&] { armed = true; };
+    f.click("cmdOK");
+    EXPECT_FALSE(f.shown());
+    EXPECT_TRUE(armed);
+    EXPECT_EQ(f.lngExcavationColour, (Rgb{2, 2, 190}));
+}
+
+TEST(Frm12Excavation, ColoursOfTheEntries) {
+    const Rgb box{1, 2, 3};
+    EXPECT_EQ(forms::Frm12Excavation::excavationColourFor("Light blue(tunnels)", box), (Rgb{126, 126, 253}));
+    EXPECT_EQ(forms::Frm12Excavation::excavationColourFor("Brown (Sidewall slabbing - HS)", box),
+              (Rgb{190, 62, 30}));
+    EXPECT_EQ(forms::Frm12Excavation::excavationColourFor("Colour Box", box), box);
+    // Unknown text, including the catalogue's spelling with a blank: light blue.
+    EXPECT_EQ(forms::Frm12Excavation::excavationColourFor("Light blue (tunnels)", box),
+              (Rgb{126, 126, 253}));
+    forms::Frm12Excavation f;
+    f.setColourChoiceEnabled(false);
+    f.setText("cboExcavationColour", "Red (Ventilation return)");
+    bool armed = false;
+    f.onAccepted = [&] { armed = true; };
+    f.click("cmdOK");
+    // A reader's use: the colour stays and nothing is armed.
+    EXPECT_EQ(f.lngExcavationColour, (Rgb{128, 128, 255}));
+    EXPECT_FALSE(armed);
+}
+
+}  // namespace
