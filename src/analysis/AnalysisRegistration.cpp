@@ -3,10 +3,13 @@
 #include <memory>
 #include <string>
 
+#include "analysis/ColourMapByData.h"
 #include "analysis/ColourMapForm.h"
 #include "analysis/ColourScale.h"
 #include "analysis/GeometryColour.h"
+#include "analysis/PpvCommand.h"
 #include "analysis/SplitPolygons.h"
+#include "analysis/StressPoints.h"
 #include "core/AppContext.h"
 
 namespace analysis {
@@ -191,6 +194,9 @@ void registerAnalysis(AppContext& ctx) {
     registerColourScale(ctx.procedures);
     registerGeometryColour(ctx, session);
     registerSplit(ctx);
+    registerColourMapForm(ctx);
+    registerStressPoints(ctx);
+    registerPPV(ctx);
 }
 
 }  // namespace analysis

@@ -4,6 +4,7 @@
 #include "builders/BuilderProcedures.h"
 #include "builders/GeometryProcedures.h"
 #include "builders/ObjectInfo.h"
+#include "builders/PlanesAndMarkers.h"
 #include "core/AppContext.h"
 #include "core/EngineProcedures.h"
 #include "core/Lighting.h"
@@ -23,6 +24,7 @@ void registerAll(core::AppContext& ctx) {
     builders::registerGeometryProcedures(ctx.procedures);
     builders::registerBuilderProcedures(ctx.procedures);
     builders::registerObjectInfo(ctx);
+    builders::registerPlanesAndMarkers(ctx);
     persistence::registerSettings(ctx);
     analysis::registerAnalysis(ctx);
 }

@@ -110,12 +110,12 @@ Handle createDiscPlane3(Engine& eng, const Point3& P1, const Point3& P2, const P
     return createDiscPlane(eng, a, b, dip, 0, dblVertOffset, dblThickness, lngColour, normal);
 }
 
-Handle P_fncCreate3PointDiscPlane(Engine& eng, const Point3& P1, const Point3& P2,
-                                  const Point3& P3, double dblHorOffset, double dblVertOffset,
-                                  double dblThickness, const engine::Rgb& lngColour) {
+Handle P_fncCreate3PointDiscPlane(Engine& eng, const Point3& P1, const Point3& P2, const Point3& P3,
+                                  double dblHorOffset, double dblVertOffset, double dblThickness,
+                                  const engine::Rgb& lngColour) {
     Point3 n;
-    return createDiscPlane3(eng, P1, P2, P3, dblHorOffset, dblVertOffset, dblThickness,
-                            lngColour, n);
+    return createDiscPlane3(eng, P1, P2, P3, dblHorOffset, dblVertOffset, dblThickness, lngColour,
+                            n);
 }
 
 void P_subPlanePointsFromPole(Engine& eng, float sngNorthAxis, const Point3& P, double dblTrend,
@@ -194,6 +194,8 @@ Handle finishPlacedPlane(core::AppContext& ctx, Handle group, Point3 normal) {
     if (!checkBuilderHandle(ctx, group, BuilderFailure::DiscPlane)) return 0;
     double dip = 0, direction = 0;
     P_subDipAndDipDirection(ctx, std::nullopt, false, true, normal, dip, direction);
+    // A direction due north can come out as 360 on the grid's axis: it reads 0.
+    if (direction >= 360) direction -= 360;
     core::p_subSetGroupPolygonNames(ctx.engine, group,
                                     discPlaneRecord(ctx.ui.now(), dip, direction));
     ctx.state.F_h_lngAddedGroups.push_back(group);

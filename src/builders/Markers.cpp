@@ -195,7 +195,8 @@ void finishPlacedMarker(core::AppContext& ctx, Handle hGroup) {
                 "Pictures (*.jpg;*.jpeg;*.png;*.bmp;*.gif)|*.jpg;*.jpeg;*.png;*.bmp;*.gif|"
                 "All (*.*)|*.*";
             if (auto path = ctx.ui.openFile(req))
-                nameAllPolygons(eng, hGroup, core::buildInfoRecord(true, "LinkF", ctx.ui.now(), *path));
+                nameAllPolygons(eng, hGroup,
+                                core::buildInfoRecord(true, "LinkF", ctx.ui.now(), *path));
             break;
         }
         case forms::MarkerLink::None:

@@ -51,8 +51,7 @@ engine::Handle buildMarkerSymbol(core::AppContext& ctx, const MarkerRequest& req
 // it under the added-information group, lights it and runs the link that follows.
 // 0 when nothing was placed (a failure box, a cancelled text, or the pointer,
 // which needs two points).
-engine::Handle placeMarker(core::AppContext& ctx, const engine::Point3& p,
-                           engine::Handle hPolygon);
+engine::Handle placeMarker(core::AppContext& ctx, const engine::Point3& p, engine::Handle hPolygon);
 // The pointer: an eight-sided cone from the first pick to the second.
 engine::Handle placeMarkerPointer(core::AppContext& ctx, const engine::Point3& first,
                                   const engine::Point3& second);

@@ -28,9 +28,9 @@ using Args = std::vector<Value>;
 using K = ParamKind;
 
 constexpr const char* kMarkerForms[] = {
-    forms::Frm10SelectMarker::kName,   forms::Frm11SelectMarkerStandard::kName,
+    forms::Frm10SelectMarker::kName,      forms::Frm11SelectMarkerStandard::kName,
     forms::Frm13SelectExcStandard::kName, forms::Frm14SelectLMStandard::kName,
-    forms::Frm15DiscPlane::kName,      forms::Frm16SelectDiscPlaneStandard::kName,
+    forms::Frm15DiscPlane::kName,         forms::Frm16SelectDiscPlaneStandard::kName,
     forms::Frm25StressTensor::kName,
 };
 
@@ -87,19 +87,19 @@ void registerProcedures(core::ProcedureRegistry& r) {
                        ctx.engine, a.at(0).point(), a.at(1).point(), a.at(2).point(),
                        a.at(3).number(), a.at(4).number(), a.at(5).number(), a.at(6).colour()));
                }));
-    Procedure pole = proc(
-        "P_subPlanePointsFromPole",
-        {K::Point, K::Number, K::Number, K::Bool, K::Handle, K::Point, K::Point},
-        [](AppContext& ctx, Args& a) {
-            Handle hPole = 0;
-            engine::Point3 A, B;
-            P_subPlanePointsFromPole(ctx, a.at(0).point(), a.at(1).number(), a.at(2).number(),
-                                     a.at(3).boolean(), hPole, A, B);
-            a[4] = Value(hPole);
-            a[5] = Value(A);
-            a[6] = Value(B);
-            return Value();
-        });
+    Procedure pole =
+        proc("P_subPlanePointsFromPole",
+             {K::Point, K::Number, K::Number, K::Bool, K::Handle, K::Point, K::Point},
+             [](AppContext& ctx, Args& a) {
+                 Handle hPole = 0;
+                 engine::Point3 A, B;
+                 P_subPlanePointsFromPole(ctx, a.at(0).point(), a.at(1).number(), a.at(2).number(),
+                                          a.at(3).boolean(), hPole, A, B);
+                 a[4] = Value(hPole);
+                 a[5] = Value(A);
+                 a[6] = Value(B);
+                 return Value();
+             });
     pole.changesArgs = true;
     pole.outArgs = {4, 5, 6};
     r.add(std::move(pole));
@@ -119,11 +119,11 @@ void registerProcedures(core::ProcedureRegistry& r) {
     r.add(proc("placeDiscPlaneTwoPoints", {K::Point, K::Point}, [](AppContext& ctx, Args& a) {
         return Value(placeDiscPlaneTwoPoints(ctx, a.at(0).point(), a.at(1).point()));
     }));
-    r.add(proc("placeDiscPlaneThreePoints", {K::Point, K::Point, K::Point},
-               [](AppContext& ctx, Args& a) {
-                   return Value(placeDiscPlaneThreePoints(ctx, a.at(0).point(), a.at(1).point(),
-                                                          a.at(2).point()));
-               }));
+    r.add(proc(
+        "placeDiscPlaneThreePoints", {K::Point, K::Point, K::Point}, [](AppContext& ctx, Args& a) {
+            return Value(
+                placeDiscPlaneThreePoints(ctx, a.at(0).point(), a.at(1).point(), a.at(2).point()));
+        }));
     r.add(proc("placeMarker", {K::Point, K::Handle}, [](AppContext& ctx, Args& a) {
         return Value(placeMarker(ctx, a.at(0).point(), handleOf(a.at(1))));
     }));

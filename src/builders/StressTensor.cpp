@@ -60,8 +60,8 @@ void completeStressTensor(StressTensorValues& v, float sngNorthAxis) {
 
 bool calculateStressTensor(StressTensorValues& v, float sngNorthAxis,
                            const std::function<void()>& onSig3Turned) {
-    for (double x : {v.sig1Magnitude, v.sig2Magnitude, v.sig3Magnitude, v.sig1Trend,
-                     v.sig1Plunge, v.sig2Trend})
+    for (double x : {v.sig1Magnitude, v.sig2Magnitude, v.sig3Magnitude, v.sig1Trend, v.sig1Plunge,
+                     v.sig2Trend})
         if (x < 0) return false;
     // Turning sigma 3 and completing again can turn it once more for some
     // tensors, and then forever: the second turn is the last.
@@ -125,7 +125,9 @@ void cmdCalculateTensor1(core::AppContext& ctx) {
 
 Handle drawStressTensor(core::AppContext& ctx, const Point3& p) {
     auto& f = stressTensorForm(ctx);
-    auto single = [&f](const char* name) { return static_cast<float>(forms::valText(f.text(name))); };
+    auto single = [&f](const char* name) {
+        return static_cast<float>(forms::valText(f.text(name)));
+    };
     const float m1 = single("cboSig1Magnitude");
     if (m1 == 0) {
         ctx.ui.msgBox(forms::Frm25StressTensor::kZeroText, ui::Buttons::OK,
@@ -155,8 +157,7 @@ Handle drawStressTensor(core::AppContext& ctx, const Point3& p) {
         const double t = single(s.trend) * kDegree - northTurn;
         const double pl = single(s.plunge) * kDegree;
         const Point3 tip = p + Point3{length * std::cos(pl) * std::cos(t),
-                                      -length * std::cos(pl) * std::sin(t),
-                                      -length * std::sin(pl)};
+                                      -length * std::cos(pl) * std::sin(t), -length * std::sin(pl)};
         const Handle h = P_fncCreateCylinder(eng, tip, p, d, s.colour);
         if (h == 0) {
             for (Handle c : cylinders) eng.group_delete_members(c);
@@ -192,7 +193,8 @@ forms::Frm25StressTensor& stressTensorForm(core::AppContext& ctx) {
     f->at("cmdCalculateTensor1").onChange = [c] { cmdCalculateTensor1(*c); };
     // The computed boxes start as the completion of the values typed in them.
     StressTensorValues v = readStressTensorForm(*f);
-    if (calculateStressTensor(v, ctx.state.sngNorthAxis, {})) writeResults(*f, readStressTensorForm(*f), v);
+    if (calculateStressTensor(v, ctx.state.sngNorthAxis, {}))
+        writeResults(*f, readStressTensorForm(*f), v);
     return *f;
 }
 

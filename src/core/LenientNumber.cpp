@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 
 #if __has_include(<fast_float/fast_float.h>)
@@ -105,6 +106,23 @@ double valCompact(std::string_view s) {
 }  // namespace
 
 double valNumber(std::string_view text) {
+#ifdef TARVIK_FAST_FLOAT
+    // The usual field: digits, perhaps a sign, point and exponent, and nothing
+    // after the number that could still belong to it.
+    if (!text.empty()) {
+        const char* b = text.data();
+        const char* e = b + text.size();
+        const char* p = b + (*b == '-' || *b == '+');
+        if (p != e && (isDigit(*p) || (*p == '.' && p + 1 != e && isDigit(p[1])))) {
+            double v = 0;
+            const auto r = fast_float::from_chars(p, e, v);
+            const char next = r.ptr == e ? 'x' : *r.ptr;
+            if (r.ec == std::errc() && !isBlank(next) && next != 'd' && next != 'D' &&
+                next != 'e' && next != 'E')
+                return *b == '-' ? -v : v;
+        }
+    }
+#endif
     bool blanks = false;
     for (char c : text) {
         if (isBlank(c)) {

@@ -1,5 +1,8 @@
 #include "core/TextNormalise.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace core {
 
 // A pass of "two tabs to one" leaves ceil(n / 2) of a run of n; "three to one" then
@@ -23,23 +26,37 @@ bool isSeparator(char c) { return c == ' ' || c == ',' || c == '\t'; }
 }  // namespace
 
 void P_subNormaliseSeparators(std::string_view strLine, int intRounds, std::string& out) {
-    out.clear();
     if (intRounds <= 0) {
         out.assign(strLine);
         return;
     }
+    // Runs only shrink, so the line's length is room enough.
     const std::size_t n = strLine.size();
+    out.resize(n);
+    const char* in = strLine.data();
+    char* w = out.data();
     std::size_t i = 0;
     while (i < n) {
-        std::size_t j = i;
-        while (j < n && !isSeparator(strLine[j])) ++j;
-        out.append(strLine.data() + i, j - i);
-        if (j == n) break;
-        i = j;
-        while (j < n && isSeparator(strLine[j])) ++j;
-        out.append(static_cast<std::size_t>(afterRounds(static_cast<int>(j - i), intRounds)), '\t');
+        const char c = in[i];
+        if (!isSeparator(c)) {
+            *w++ = c;
+            ++i;
+            continue;
+        }
+        std::size_t j = i + 1;
+        while (j < n && isSeparator(in[j])) ++j;
+        if (j - i == 1) {
+            *w++ = '\t';
+        } else {
+            // (a run past a billion characters is counted as a billion)
+            const int tabs =
+                afterRounds(static_cast<int>(std::min<std::size_t>(j - i, 1u << 30)), intRounds);
+            std::memset(w, '\t', static_cast<std::size_t>(tabs));
+            w += tabs;
+        }
         i = j;
     }
+    out.resize(static_cast<std::size_t>(w - out.data()));
 }
 
 void P_subNormaliseSeparators(std::string& strLine, int intRounds) {

@@ -58,7 +58,7 @@ std::string checkTables(const Tables& t) {
 
 }  // namespace
 
-WorldBuilder::WorldBuilder() : staging_(WorldIO::makeStaging()) {}
+WorldBuilder::WorldBuilder() = default;
 WorldBuilder::~WorldBuilder() = default;
 
 bool WorldBuilder::fail(std::string message) {
@@ -74,6 +74,8 @@ bool WorldBuilder::begin(Tables tables, std::uint64_t polygonCount, std::uint64_
     if (pointCount >= PointSpace::kLimit) return fail("too many points");
     if (pointCount < polygonCount * 3) return fail("too few points for the polygons");
     tables_ = std::move(tables);
+    // The scene is built aside only once the tables have passed.
+    staging_ = WorldIO::makeStaging();
     expectedPolygons_ = polygonCount;
     expectedPoints_ = pointCount;
     begun_ = true;

@@ -110,10 +110,9 @@ public:
     bool write(const void* data, std::size_t size) override {
         if (!ok_) return false;
         const auto* p = static_cast<const char*>(data);
-        if (buf_.size() + size > kBuffer) {
-            if (!flush()) return false;
-            if (size >= kBuffer) return put(p, size);
-        }
+        // Large blocks (the coordinates) go out as they are, without a copy.
+        if (size >= kBuffer / 4) return flush() && put(p, size);
+        if (buf_.size() + size > kBuffer && !flush()) return false;
         buf_.insert(buf_.end(), p, p + size);
         return true;
     }

@@ -52,6 +52,7 @@ public:
     explicit MemorySource(std::string_view bytes) : bytes_(bytes) {}
     std::size_t read(void* data, std::size_t size) override {
         const std::size_t n = std::min(size, bytes_.size() - pos_);
+        if (n == 0) return 0;
         std::memcpy(data, bytes_.data() + pos_, n);
         pos_ += n;
         return n;

@@ -23,8 +23,8 @@ struct CatalogueWrite {
 };
 
 struct CatalogueRow {
-    const char* option;   // the catalogue's own option button
-    const char* caption;  // the mine's wording of the standard
+    const char* option;                  // the catalogue's own option button
+    const char* caption;                 // the mine's wording of the standard
     std::vector<CatalogueWrite> writes;  // in the order a person would fill them in
 };
 

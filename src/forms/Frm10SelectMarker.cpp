@@ -47,7 +47,8 @@ constexpr SymbolCaption kSymbolCaptions[] = {
 
 }  // namespace
 
-Frm10SelectMarker::Frm10SelectMarker(core::AppContext* ctx) : Form(kName, "Select marker"), ctx_(ctx) {
+Frm10SelectMarker::Frm10SelectMarker(core::AppContext* ctx)
+    : Form(kName, "Select marker"), ctx_(ctx) {
     add(ControlKind::Frame, "fraMarkerType", "Marker");
     for (const auto& s : kSymbolCaptions)
         add(ControlKind::OptionButton, s.option, s.caption, "fraMarkerType");
@@ -90,20 +91,18 @@ Frm10SelectMarker::Frm10SelectMarker(core::AppContext* ctx) : Form(kName, "Selec
         P_subMarkerAccept();
     };
     add(ControlKind::CommandButton, "cmdCancelMarker", "Cancel").onChange = [this] { hide(); };
-    add(ControlKind::CommandButton, "cmdStandardMarkers", "Standard markers...").onChange =
-        [this] {
-            if (!ctx_) return;
-            if (Form* f = ctx_->forms.find(kCatalogueForm)) ctx_->ui.showModal(*f);
-        };
-    add(ControlKind::CommandButton, "cmdChangeStressTensor", "Stress tensor...").onChange =
-        [this] {
-            if (!ctx_) return;
-            Form* f = ctx_->forms.find(kStressForm);
-            if (!f) return;
-            // The tensor dialog brings this one back when it is accepted.
-            hide();
-            ctx_->ui.showModal(*f);
-        };
+    add(ControlKind::CommandButton, "cmdStandardMarkers", "Standard markers...").onChange = [this] {
+        if (!ctx_) return;
+        if (Form* f = ctx_->forms.find(kCatalogueForm)) ctx_->ui.showModal(*f);
+    };
+    add(ControlKind::CommandButton, "cmdChangeStressTensor", "Stress tensor...").onChange = [this] {
+        if (!ctx_) return;
+        Form* f = ctx_->forms.find(kStressForm);
+        if (!f) return;
+        // The tensor dialog brings this one back when it is accepted.
+        hide();
+        ctx_->ui.showModal(*f);
+    };
 
     at("cboSphereRadius").text = "1.0";
     at("cboCylDiameter").text = "0.5";
@@ -127,10 +126,10 @@ bool Frm10SelectMarker::tableColour(std::string_view name, engine::Rgb& out) {
 
 MarkerSymbol Frm10SelectMarker::symbol() const {
     static constexpr MarkerSymbol kSymbols[] = {
-        MarkerSymbol::Sphere,       MarkerSymbol::SphereText,    MarkerSymbol::SphereCoordinates,
-        MarkerSymbol::Cylinder,     MarkerSymbol::CylSphere,     MarkerSymbol::DirCylSphere,
-        MarkerSymbol::CylDiamond,   MarkerSymbol::DirCylDiamond, MarkerSymbol::ConeUpright,
-        MarkerSymbol::ConePointer,  MarkerSymbol::VirginStress,
+        MarkerSymbol::Sphere,      MarkerSymbol::SphereText,    MarkerSymbol::SphereCoordinates,
+        MarkerSymbol::Cylinder,    MarkerSymbol::CylSphere,     MarkerSymbol::DirCylSphere,
+        MarkerSymbol::CylDiamond,  MarkerSymbol::DirCylDiamond, MarkerSymbol::ConeUpright,
+        MarkerSymbol::ConePointer, MarkerSymbol::VirginStress,
     };
     for (std::size_t i = 0; i < std::size(kSymbolOptions); ++i)
         if (optionValue(kSymbolOptions[i])) return kSymbols[i];

@@ -9,7 +9,7 @@
 
 #include "engine/Types.h"
 #include "forms/Form.h"
-#include "forms/Frm15DiscPlane.h"
+#include "forms/NamedColour.h"
 
 namespace core {
 class AppContext;
@@ -47,9 +47,9 @@ public:
     static constexpr const char* kDimensionTitle = "Selection error";
     // The symbol options in the order the dialog shows them.
     static constexpr const char* kSymbolOptions[] = {
-        "optSphere",      "optSphereText",    "optSphereCoordinates", "optCylinder",
-        "optCylSphere",   "optDirCylSphere",  "optCylDiamond",        "optDirCylDiamond",
-        "optConeUpright", "optConePointer",   "optVirginStress",
+        "optSphere",      "optSphereText",   "optSphereCoordinates", "optCylinder",
+        "optCylSphere",   "optDirCylSphere", "optCylDiamond",        "optDirCylDiamond",
+        "optConeUpright", "optConePointer",  "optVirginStress",
     };
 
     // ctx may be null: accepting then only checks the values and hides the form.

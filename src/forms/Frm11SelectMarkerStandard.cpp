@@ -5,9 +5,8 @@ namespace forms {
 namespace {
 
 // Symbol, diameter, length, radius (nullptr: left as it is), colour, link.
-CatalogueRow row(const char* option, const char* caption, const char* symbol,
-                 const char* diameter, const char* length, const char* radius,
-                 const char* colour, const char* link) {
+CatalogueRow row(const char* option, const char* caption, const char* symbol, const char* diameter,
+                 const char* length, const char* radius, const char* colour, const char* link) {
     CatalogueRow r{option, caption, {}};
     r.writes.push_back({symbol, "1"});
     r.writes.push_back({"cboCylDiameter", diameter});

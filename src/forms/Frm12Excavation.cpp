@@ -75,7 +75,8 @@ Frm12Excavation::Frm12Excavation(core::AppContext* ctx) : Form(kName, "Excavatio
 
     add(ControlKind::Frame, "fraLinePosition", "Position of the picked line");
     add(ControlKind::OptionButton, "optLineBottom", "Line at the bottom", "fraLinePosition");
-    add(ControlKind::OptionButton, "optLineCentre", "Line in the centre", "fraLinePosition").value = 1;
+    add(ControlKind::OptionButton, "optLineCentre", "Line in the centre", "fraLinePosition").value =
+        1;
     add(ControlKind::OptionButton, "optLineTop", "Line at the top", "fraLinePosition");
 
     add(ControlKind::Frame, "fraExcavationColour", "Colour");
@@ -84,10 +85,11 @@ Frm12Excavation::Frm12Excavation(core::AppContext* ctx) : Form(kName, "Excavatio
     colour.items.emplace_back(kColourBox);
     colour.items.emplace_back(kColourSelect);
     colour.text = kColours[0].entry;
-    add(ControlKind::CommandButton, "cmdColourSelect", "Colour...", "fraExcavationColour").onChange =
-        [this] { chooseColour(); };
+    add(ControlKind::CommandButton, "cmdColourSelect", "Colour...", "fraExcavationColour")
+        .onChange = [this] { chooseColour(); };
 
-    add(ControlKind::CheckBox, "chkPickUpAttributes", "Pick up the information and colour of the picked polygon");
+    add(ControlKind::CheckBox, "chkPickUpAttributes",
+        "Pick up the information and colour of the picked polygon");
     add(ControlKind::CommandButton, "cmdOK", "Accept").onChange = [this] {
         P_subAcceptExcavationDimensions();
     };
@@ -136,10 +138,11 @@ std::string Frm12Excavation::selectedLinePosition() const {
 }
 
 double Frm12Excavation::widthMetres() const { return core::valNumber(text("cboExcavationWidth")); }
-double Frm12Excavation::heightMetres() const { return core::valNumber(text("cboExcavationHeight")); }
+double Frm12Excavation::heightMetres() const {
+    return core::valNumber(text("cboExcavationHeight"));
+}
 
-engine::Rgb Frm12Excavation::excavationColourFor(const std::string& entry,
-                                                 const engine::Rgb& box) {
+engine::Rgb Frm12Excavation::excavationColourFor(const std::string& entry, const engine::Rgb& box) {
     if (entry == kColourBox || entry == kColourSelect) return box;
     for (const auto& c : kColours)
         if (entry == c.entry) return c.colour;

@@ -24,7 +24,8 @@ public:
         "optCrossPolyLine", "optExcTunnel", "optExcCylinder", "optExcWedge",
         "optExc4Cone",      "optExc8Cone",  "optExc3Cone",
     };
-    static constexpr const char* kSizeError = "A blank or zero value as a dimension is unacceptable";
+    static constexpr const char* kSizeError =
+        "A blank or zero value as a dimension is unacceptable";
     static constexpr const char* kSizeErrorTitle = "Selection error";
     static constexpr const char* kPickPrompt = "Select a position for the excavation";
 

@@ -43,9 +43,11 @@ std::vector<std::string> steps(double from, double to, double step) {
 
 }  // namespace
 
-Frm15DiscPlane::Frm15DiscPlane(core::AppContext* ctx) : Form(kName, "Discontinuity plane"), ctx_(ctx) {
+Frm15DiscPlane::Frm15DiscPlane(core::AppContext* ctx)
+    : Form(kName, "Discontinuity plane"), ctx_(ctx) {
     add(ControlKind::Frame, "fraPlaneType", "Plane defined by");
-    add(ControlKind::OptionButton, "optPlane1Point", "One point and its orientation", "fraPlaneType");
+    add(ControlKind::OptionButton, "optPlane1Point", "One point and its orientation",
+        "fraPlaneType");
     add(ControlKind::OptionButton, "optPlane2Points", "Two points and a dip", "fraPlaneType");
     add(ControlKind::OptionButton, "optPlane3Points", "Three points", "fraPlaneType");
     for (const char* o : {"optPlane1Point", "optPlane2Points", "optPlane3Points"})
@@ -64,8 +66,7 @@ Frm15DiscPlane::Frm15DiscPlane(core::AppContext* ctx) : Form(kName, "Discontinui
     combo("cboPlaneDip1Point", "Dip (degrees)", "fraOnePoint", steps(0, 90, 5)).onChange = [this] {
         follow("cboPlaneDip1Point", "cboPolePlunge", dipToPlunge_);
     };
-    combo("cboPlaneDipDirection1Point", "Dip direction (degrees)", "fraOnePoint",
-          steps(0, 345, 15))
+    combo("cboPlaneDipDirection1Point", "Dip direction (degrees)", "fraOnePoint", steps(0, 345, 15))
         .onChange = [this] {
         follow("cboPlaneDipDirection1Point", "cboPoleTrend", dipDirToTrend_);
     };
@@ -85,8 +86,7 @@ Frm15DiscPlane::Frm15DiscPlane(core::AppContext* ctx) : Form(kName, "Discontinui
     add(ControlKind::Label, "txtLabelPlaneVertOffset", kVertCentre, "fraPlaneDimensions");
     combo("cboPlaneVertOffsetAlongPlane", "", "fraPlaneDimensions",
           {"0", "1", "2", "4", "5", "10", "20", "50"});
-    combo("cboPlaneThickness", "Thickness:", "fraPlaneDimensions",
-          {"0", "0.5", "1", "2", "5"});
+    combo("cboPlaneThickness", "Thickness:", "fraPlaneDimensions", {"0", "0.5", "1", "2", "5"});
 
     std::vector<std::string> names;
     for (const auto& c : kColours) names.emplace_back(c.name);

@@ -10,17 +10,13 @@
 
 #include "engine/Types.h"
 #include "forms/Form.h"
+#include "forms/NamedColour.h"
 
 namespace core {
 class AppContext;
 }
 
 namespace forms {
-
-struct NamedColour {
-    const char* name;
-    engine::Rgb colour;
-};
 
 enum class PlaneMode { None, OnePoint, TwoPoints, ThreePoints };
 

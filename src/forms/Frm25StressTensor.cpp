@@ -12,7 +12,8 @@ constexpr const char* kMarkerForm = "frm10_SelectMarker";
 
 }  // namespace
 
-Frm25StressTensor::Frm25StressTensor(core::AppContext* ctx) : Form(kName, "Virgin stress tensor"), ctx_(ctx) {
+Frm25StressTensor::Frm25StressTensor(core::AppContext* ctx)
+    : Form(kName, "Virgin stress tensor"), ctx_(ctx) {
     struct Box {
         const char* name;
         const char* caption;
@@ -37,7 +38,8 @@ Frm25StressTensor::Frm25StressTensor(core::AppContext* ctx) : Form(kName, "Virgi
     add(ControlKind::Frame, "fraSigma2", "Intermediate principal stress (sigma 2)");
     add(ControlKind::Frame, "fraSigma3", "Minor principal stress (sigma 3)");
     add(ControlKind::Frame, "fraMarkerSize", "Marker size");
-    for (const Box& b : boxes) add(ControlKind::ComboBox, b.name, b.caption, b.frame).text = b.value;
+    for (const Box& b : boxes)
+        add(ControlKind::ComboBox, b.name, b.caption, b.frame).text = b.value;
     // The calculation is attached by the geometry layer.
     add(ControlKind::CommandButton, "cmdCalculateTensor1", "Calculate");
     add(ControlKind::CommandButton, "cmdAcceptStressTensor", "Accept").onChange = [this] {

@@ -11,7 +11,9 @@ void addImportCommand(core::AppContext& ctx, ImportCommand command) {
     c.caption = command.caption;
     c.menuPath = command.menuPath;
     c.enabled = static_cast<bool>(command.reader);
-    c.handler = [command = std::move(command)](core::AppContext& a) { runImportCommand(a, command); };
+    c.handler = [command = std::move(command)](core::AppContext& a) {
+        runImportCommand(a, command);
+    };
     ctx.commands.add(std::move(c));
 }
 

@@ -1,6 +1,7 @@
 #include "import/ImportRegistration.h"
 
 #include "core/AppContext.h"
+#include "forms/Frm12Excavation.h"
 #include "import/ImportCommands.h"
 #include "import/ImportRoute.h"
 #include "import/Map3DColour.h"
@@ -39,20 +40,26 @@ void registerProcedures(core::ProcedureRegistry& r) {
                                         static_cast<float>(a.at(1).number()), a.at(2).text());
                    return core::Value();
                }));
-    auto colour = proc("P_subMap3DColour", {ParamKind::Integer, ParamKind::Colour},
-                       [](core::AppContext&, Args& a) {
-                           const std::int64_t code = a.at(0).integer();
-                           const auto lng = static_cast<std::int32_t>(
-                               code > INT32_MAX ? INT32_MAX : (code < INT32_MIN ? INT32_MIN : code));
-                           engine::Rgb c;
-                           P_subMap3DColour(lng, c);
-                           a.at(1) = core::Value(c);
-                           return core::Value();
-                       });
+    auto colour =
+        proc("P_subMap3DColour", {ParamKind::Integer, ParamKind::Colour},
+             [](core::AppContext&, Args& a) {
+                 const std::int64_t code = a.at(0).integer();
+                 const auto lng = static_cast<std::int32_t>(
+                     code > INT32_MAX ? INT32_MAX : (code < INT32_MIN ? INT32_MIN : code));
+                 engine::Rgb c;
+                 P_subMap3DColour(lng, c);
+                 a.at(1) = core::Value(c);
+                 return core::Value();
+             });
     colour.changesArgs = true;
     colour.outArgs = {1};
     r.add(std::move(colour));
-    r.add(proc("P_fncTriangle", {ParamKind::Point, ParamKind::Point, ParamKind::Point, ParamKind::Colour},
+    r.add(proc("P_subAcceptExcavationDimensions", {}, [](core::AppContext& ctx, Args&) {
+        forms::Frm12Excavation::of(ctx).P_subAcceptExcavationDimensions();
+        return core::Value();
+    }));
+    r.add(proc("P_fncTriangle",
+               {ParamKind::Point, ParamKind::Point, ParamKind::Point, ParamKind::Colour},
                [](core::AppContext& ctx, Args& a) {
                    return core::Value(P_fncTriangle(ctx.engine, a.at(0).point(), a.at(1).point(),
                                                     a.at(2).point(), a.at(3).colour()));

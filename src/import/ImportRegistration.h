@@ -10,7 +10,7 @@ namespace importers {
 // The import menus (with the readers of this version; the other rows of the
 // import table disabled), frm12_Excavation, and the procedures scripts call:
 // p_subFileOpen, p_subFileAdd, P_subProgressMessage, P_subMap3DColour,
-// P_fncTriangle. Safe to call twice.
+// P_fncTriangle, P_subAcceptExcavationDimensions. Safe to call twice.
 void registerImport(core::AppContext& ctx);
 
 }  // namespace importers

@@ -26,6 +26,24 @@ const char* importModeText(ImportMode mode) { return mode == ImportMode::Open ? 
 
 ImportRun::ImportRun(core::AppContext& ctx, ImportMode mode) : ctx_(ctx), mode_(mode) {}
 
+ImportRun::~ImportRun() { releaseCommands(); }
+
+void ImportRun::holdCommands() {
+    for (const auto& c : ctx_.commands.all()) {
+        if (!c.enabled) continue;
+        if (c.toolButton || c.menuPath == "File" || c.menuPath.rfind("File/", 0) == 0)
+            held_.push_back(c.name);
+    }
+    for (const auto& name : held_)
+        if (auto* c = ctx_.commands.findMutable(name)) c->enabled = false;
+}
+
+void ImportRun::releaseCommands() {
+    for (const auto& name : held_)
+        if (auto* c = ctx_.commands.findMutable(name)) c->enabled = true;
+    held_.clear();
+}
+
 void ImportRun::setBar(double value) {
     bar_ = value;
     const int shown = static_cast<int>(value);
@@ -38,6 +56,7 @@ void ImportRun::setBar(double value) {
 bool ImportRun::begin() {
     setBar(0);
     ctx_.pointer(11);
+    holdCommands();
     if (ctx_.state.strFullPath.empty()) return false;
     bolFirstPass_ = true;
     lastFrame_ = std::chrono::steady_clock::now();
@@ -113,6 +132,7 @@ void ImportRun::finish(engine::Handle topGroup) {
     core::P_subApplyLight(ctx_, topGroup);
     core::p_subActivateCommandButtons(ctx_);
     ctx_.pointer(1);
+    releaseCommands();
     persistence::P_subDeleteEngineLogs(ctx_, s.strFolder);
     core::p_subMainLoop(ctx_, true);
     setBar(100);
@@ -122,6 +142,7 @@ void ImportRun::finish(engine::Handle topGroup) {
 void ImportRun::tidyEnd() {
     core::p_subActivateCommandButtons(ctx_);
     ctx_.pointer(1);
+    releaseCommands();
     setBar(100);
     core::p_subMainLoop(ctx_, true);
     ctx_.ui.setFocus();

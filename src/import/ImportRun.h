@@ -16,6 +16,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/Types.h"
 
@@ -57,6 +58,10 @@ public:
     static constexpr unsigned kRecordsPerPump = 64;
 
     ImportRun(core::AppContext& ctx, ImportMode mode);
+    // Gives back the entries held while the import ran, however it ended.
+    ~ImportRun();
+    ImportRun(const ImportRun&) = delete;
+    ImportRun& operator=(const ImportRun&) = delete;
 
     core::AppContext& context() { return ctx_; }
     ImportMode mode() const { return mode_; }
@@ -93,6 +98,10 @@ public:
 private:
     void setBar(double value);
     void tidyEnd();
+    // Events run in the middle of an import: the file menu and the tool buttons
+    // stay off meanwhile, so that no second import or tool starts inside this one.
+    void holdCommands();
+    void releaseCommands();
 
     core::AppContext& ctx_;
     ImportMode mode_;
@@ -102,6 +111,7 @@ private:
     unsigned sinceLinePump_ = 0;
     unsigned sinceRecordPump_ = 0;
     std::chrono::steady_clock::time_point lastFrame_;
+    std::vector<std::string> held_;
 };
 
 }  // namespace importers

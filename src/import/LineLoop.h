@@ -12,12 +12,13 @@
 
 namespace importers {
 
-// onLine(fields) stores a line; `reserve(n)` is told how many lines to expect.
-// A file that cannot be read is an ImportFault. An interrupt only ends the
-// reading: the flag is taken back, so that what was read gets built and a second
-// press of the button can stop the building. Returns true when interrupted.
+// onLine(fields, count) stores a line (the first `keep` fields of `count`); `reserve(n)` is told
+// how many lines to expect. A file that cannot be read is an ImportFault. An interrupt only ends
+// the reading: the flag is taken back, so that what was read gets built and a second press of the
+// button can stop the building. Returns true when interrupted.
 template <class Reserve, class OnLine>
-bool readFileLines(ImportRun& run, int rounds, Reserve&& reserve, OnLine&& onLine) {
+bool readFileLines(ImportRun& run, int rounds, std::size_t keep, Reserve&& reserve,
+                   OnLine&& onLine) {
     core::AppContext& ctx = run.context();
     TextFile file;
     if (!file.load(ctx.state.strFullPath)) throw ImportFault("the file cannot be read");
@@ -25,7 +26,8 @@ bool readFileLines(ImportRun& run, int rounds, Reserve&& reserve, OnLine&& onLin
     FieldSplitter splitter(rounds);
     std::string_view line;
     while (!run.interruptRequested() && file.nextLine(line)) {
-        onLine(splitter.split(line));
+        const auto& fields = splitter.split(line, keep);
+        onLine(fields, splitter.count());
         run.lineRead();
     }
     if (!run.interruptRequested()) return false;

@@ -1,5 +1,8 @@
 // ASC wireframes: four lines a facet, the facet cut along P0-P2.
 
+#include <tbb/parallel_for.h>
+
+#include <algorithm>
 #include <charconv>
 
 #include "core/AppContext.h"
@@ -27,6 +30,21 @@ struct AscRecords {
         const std::size_t from = i == 0 ? 0 : valueEnds[i - 1];
         return std::string_view(values).substr(from, valueEnds[i] - from);
     }
+    void append(const AscRecords& more) {
+        points.insert(points.end(), more.points.begin(), more.points.end());
+        codes.insert(codes.end(), more.codes.begin(), more.codes.end());
+        const std::size_t base = values.size();
+        values += more.values;
+        for (std::size_t end : more.valueEnds) valueEnds.push_back(base + end);
+    }
+};
+
+// A piece of the file read on its own; `fault` is the line that faulted, if any.
+struct AscBlock {
+    std::string_view text;
+    AscRecords records;
+    std::size_t lines = 0;
+    bool fault = false;
 };
 
 [[noreturn]] void interrupted() { throw ImportFault("interrupted"); }
@@ -40,8 +58,8 @@ std::string linesLoadedText(std::size_t count) {
 }
 
 // The line shapes, by the emptiness of the first field and the index of the last.
-void readLine(const Fields& f, bool bolVerticeData, AscRecords& rec) {
-    const std::size_t last = f.size() - 1;
+void readLine(const Fields& f, std::size_t count, bool bolVerticeData, AscRecords& rec) {
+    const std::size_t last = count - 1;
     const bool shifted = f[0].empty();
     engine::Point3 p;
     std::int32_t code = 0;
@@ -65,6 +83,28 @@ void readLine(const Fields& f, bool bolVerticeData, AscRecords& rec) {
     if (bolVerticeData) rec.valueEnds.push_back(rec.values.size());
 }
 
+void readBlock(AscBlock& block, bool bolVerticeData) {
+    LineWalker lines(block.text);
+    FieldSplitter splitter(5);
+    std::string_view line;
+    while (lines.next(line)) {
+        try {
+            const Fields& f = splitter.split(line, kFieldsKept);
+            readLine(f, splitter.count(), bolVerticeData, block.records);
+        } catch (const ImportFault&) {
+            block.fault = true;
+            return;
+        }
+        ++block.lines;
+    }
+}
+
+// The lines are read in pieces, several at once; then, piece by piece in the
+// file's order, each line goes through the interrupt test and the progress as if
+// it had been read alone, and a faulty line faults where it stands.
+constexpr std::size_t kBlockBytes = 256 * 1024;
+constexpr std::size_t kBlocksAtOnce = 16;
+
 void readAsc(ImportRun& run, AscRecords& rec, bool bolVerticeData) {
     core::AppContext& ctx = run.context();
     TextFile file;
@@ -75,16 +115,29 @@ void readAsc(ImportRun& run, AscRecords& rec, bool bolVerticeData) {
     if (bolVerticeData) rec.valueEnds.reserve(hint);
     ctx.state.sngProgressBusy = 0;
     ctx.state.lngProgressLines = 0;
-    FieldSplitter splitter(5);
-    std::string_view line;
+    const std::vector<std::string_view> pieces = textBlocks(file.text(), kBlockBytes);
     std::size_t count = 0;
-    while (!run.interruptRequested() && file.nextLine(line)) {
-        readLine(splitter.split(line), bolVerticeData, rec);
-        ++count;
-        run.pumpSometimes(ImportRun::kLinesPerPump);
-        if (progressMessageDue(ctx, 10)) progressMessageShow(ctx, 0.05f, linesLoadedText(count));
+    std::vector<AscBlock> blocks;
+    for (std::size_t first = 0; first < pieces.size(); first += kBlocksAtOnce) {
+        if (run.interruptRequested()) interrupted();
+        const std::size_t n = std::min(kBlocksAtOnce, pieces.size() - first);
+        blocks.assign(n, AscBlock{});
+        for (std::size_t b = 0; b < n; ++b) blocks[b].text = pieces[first + b];
+        tbb::parallel_for(std::size_t(0), n,
+                          [&](std::size_t b) { readBlock(blocks[b], bolVerticeData); });
+        for (const AscBlock& block : blocks) {
+            for (std::size_t k = 0; k < block.lines; ++k) {
+                if (run.interruptRequested()) interrupted();
+                ++count;
+                run.pumpSometimes(ImportRun::kLinesPerPump);
+                if (progressMessageDue(ctx, 10))
+                    progressMessageShow(ctx, 0.05f, linesLoadedText(count));
+            }
+            if (run.interruptRequested()) interrupted();
+            if (block.fault) throw ImportFault("a line the reader cannot take");
+            rec.append(block.records);
+        }
     }
-    if (run.interruptRequested()) interrupted();
 }
 
 std::string cornerNames(const AscRecords& rec, std::size_t a, std::size_t b, std::size_t c) {
@@ -101,7 +154,8 @@ void buildAsc(ImportRun& run, const AscRecords& rec, engine::Handle group, bool 
     const std::size_t count = rec.points.size();
     auto triangle = [&](std::size_t a, std::size_t b, std::size_t c, const engine::Rgb& colour,
                         bool named) {
-        const engine::Handle h = P_fncTriangle(eng, rec.points[a], rec.points[b], rec.points[c], colour);
+        const engine::Handle h =
+            P_fncTriangle(eng, rec.points[a], rec.points[b], rec.points[c], colour);
         if (h == 0) return;
         eng.polygon_set_group(h, group);
         if (named) eng.polygon_set_name(h, cornerNames(rec, a, b, c));

@@ -22,16 +22,36 @@ void P_subMap3DColour(std::int32_t lngCode, engine::Rgb& colour) {
     }
     const int s = hundreds + 9 * tens;
     switch (d) {
-        case 1: colour = {s, s, 255 - s}; break;
-        case 2: colour = {s, 255 - s, s}; break;
-        case 3: colour = {255 - s, 255 - s, s}; break;
-        case 4: colour = {255 - s, s, s}; break;
-        case 5: colour = {255 - s, s, 128 - s}; break;
-        case 6: colour = {s, 255 - s, 255 - s}; break;
-        case 7: colour = {128 - s, 255 - s, 128 - s}; break;
-        case 8: colour = {128 - s, 255 - s, s}; break;
-        case 9: colour = {255 - s, 128 - s, s}; break;
-        default: colour = {128 - s, s, 255 - s}; break;
+        case 1:
+            colour = {s, s, 255 - s};
+            break;
+        case 2:
+            colour = {s, 255 - s, s};
+            break;
+        case 3:
+            colour = {255 - s, 255 - s, s};
+            break;
+        case 4:
+            colour = {255 - s, s, s};
+            break;
+        case 5:
+            colour = {255 - s, s, 128 - s};
+            break;
+        case 6:
+            colour = {s, 255 - s, 255 - s};
+            break;
+        case 7:
+            colour = {128 - s, 255 - s, 128 - s};
+            break;
+        case 8:
+            colour = {128 - s, 255 - s, s};
+            break;
+        case 9:
+            colour = {255 - s, 128 - s, s};
+            break;
+        default:
+            colour = {128 - s, s, 255 - s};
+            break;
     }
 }
 

@@ -34,15 +34,15 @@ struct ConstructionRecords {
 };
 
 // X, Y, Z, pen code, colour code; a line that is short of them is a fault.
-void readWireframeLine(const Fields& f, ConstructionRecords& rec) {
+void readWireframeLine(const Fields& f, std::size_t count, ConstructionRecords& rec) {
     const std::size_t first = f[0].empty() ? 1 : 0;
-    if (f.size() < first + 5) throw ImportFault("a line without its five columns");
+    if (count < first + 5) throw ImportFault("a line without its five columns");
     rec.push(filePoint(f, first), fileCode(f[first + 3]), fileCode(f[first + 4]));
 }
 
 // X, Y, Z and pen code, the colour code where there is one; other shapes read as zeros.
-void readStringLine(const Fields& f, ConstructionRecords& rec) {
-    const std::size_t last = f.size() - 1;
+void readStringLine(const Fields& f, std::size_t count, ConstructionRecords& rec) {
+    const std::size_t last = count - 1;
     const bool shifted = f[0].empty();
     const std::size_t first = shifted ? 1 : 0;
     if (last == first + 3 || last == first + 4) {
@@ -57,7 +57,8 @@ void buildWireframes(ImportRun& run, const ConstructionRecords& rec, engine::Han
     engine::Engine& eng = run.context().engine;
     const std::size_t count = rec.points.size();
     auto triangle = [&](std::size_t a, std::size_t b, std::size_t c, const engine::Rgb& colour) {
-        const engine::Handle h = P_fncTriangle(eng, rec.points[a], rec.points[b], rec.points[c], colour);
+        const engine::Handle h =
+            P_fncTriangle(eng, rec.points[a], rec.points[b], rec.points[c], colour);
         if (h != 0) eng.polygon_set_group(h, group);
     };
     // Four corners and a closing line that is not used.
@@ -88,7 +89,8 @@ engine::Handle buildSegment(engine::Engine& eng, const StringShape& shape, engin
         b.z -= shape.height / 2;
     }
     const std::string& t = shape.type;
-    if (t == "optCrossPolyLine") return builders::P_fncCreate3DString(eng, a, b, shape.width, colour);
+    if (t == "optCrossPolyLine")
+        return builders::P_fncCreate3DString(eng, a, b, shape.width, colour);
     if (t == "optExcCylinder") return builders::P_fncCreateCylinder(eng, a, b, shape.width, colour);
     if (t == "optExcWedge") return builders::P_fncCreateWedge(eng, a, b, shape.width, colour);
     if (t == "optExc4Cone")
@@ -129,8 +131,8 @@ void buildStrings(ImportRun& run, const ConstructionRecords& rec, const StringSh
         // the line after the last has no pen down
         const bool penDown = i + 1 < count && rec.pens[i + 1] == 2;
         if (penDown) {
-            const engine::Handle h =
-                buildSegment(eng, shape, rec.points[i], rec.points[i + 1], map3DColour(rec.codes[i]));
+            const engine::Handle h = buildSegment(eng, shape, rec.points[i], rec.points[i + 1],
+                                                  map3DColour(rec.codes[i]));
             if (h != 0) {
                 eng.group_set_father_group(h, current);
                 eng.group_set_father_group(current, top);
@@ -164,8 +166,8 @@ void importMap3DConstructionWireframes(core::AppContext& ctx, const std::string&
         if (run.begin()) {
             ConstructionRecords rec;
             readFileLines(
-                run, 5, [&](std::size_t n) { rec.reserve(n); },
-                [&](const Fields& f) { readWireframeLine(f, rec); });
+                run, 5, kFieldsKept, [&](std::size_t n) { rec.reserve(n); },
+                [&](const Fields& f, std::size_t count) { readWireframeLine(f, count, rec); });
             run.startBuild();
             group = ctx.engine.group_create(kConstructionGroup);
             buildWireframes(run, rec, group);
@@ -185,8 +187,8 @@ void importMap3DConstructionStrings(core::AppContext& ctx, const std::string& st
             const engine::Handle first = ctx.engine.group_create(kConstructionGroup);
             ConstructionRecords rec;
             readFileLines(
-                run, 5, [&](std::size_t n) { rec.reserve(n); },
-                [&](const Fields& f) { readStringLine(f, rec); });
+                run, 5, kFieldsKept, [&](std::size_t n) { rec.reserve(n); },
+                [&](const Fields& f, std::size_t count) { readStringLine(f, count, rec); });
             const auto shape = askStringShape(ctx);
             if (!shape) {
                 run.abandon();

@@ -14,6 +14,9 @@ namespace importers {
 
 using Fields = std::vector<std::string_view>;
 
+// No Map3D line shape reads past the sixth field.
+inline constexpr std::size_t kFieldsKept = 8;
+
 inline engine::Point3 filePoint(const Fields& f, std::size_t first) {
     return {core::valNumber(f[first]) * 10.0, core::valNumber(f[first + 1]) * 10.0,
             core::valNumber(f[first + 2]) * 10.0};

@@ -30,7 +30,8 @@ void progressMessageShow(core::AppContext& ctx, float sngStep, const std::string
         return;
     }
     s.sngProgressBusy = next < 0 ? 0 : next;
-    if (static_cast<int>(s.sngProgressBusy) != before) ctx.progress(static_cast<int>(s.sngProgressBusy));
+    if (static_cast<int>(s.sngProgressBusy) != before)
+        ctx.progress(static_cast<int>(s.sngProgressBusy));
 }
 
 void P_subProgressMessage(core::AppContext& ctx, float sngStep, float sngLinesBetween,

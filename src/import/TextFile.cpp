@@ -25,6 +25,28 @@ std::size_t findFrom(const char* data, std::size_t size, std::size_t from, char 
 
 }  // namespace
 
+LineWalker::LineWalker(std::string_view text) : text_(text) {
+    nextCr_ = findFrom(text_.data(), text_.size(), 0, '\r');
+    nextLf_ = findFrom(text_.data(), text_.size(), 0, '\n');
+}
+
+bool LineWalker::next(std::string_view& line) {
+    const std::size_t size = text_.size();
+    if (pos_ >= size) return false;
+    const char* d = text_.data();
+    if (nextCr_ < pos_) nextCr_ = findFrom(d, size, pos_, '\r');
+    if (nextLf_ < pos_) nextLf_ = findFrom(d, size, pos_, '\n');
+    const std::size_t end = std::min(nextCr_, nextLf_);
+    line = std::string_view(d + pos_, end - pos_);
+    if (end == size)
+        pos_ = size;
+    else if (d[end] == '\r' && end + 1 < size && d[end + 1] == '\n')
+        pos_ = end + 2;
+    else
+        pos_ = end + 1;
+    return true;
+}
+
 bool TextFile::load(const std::string& path) {
     release();
     struct stat st {};
@@ -62,64 +84,76 @@ void TextFile::assign(std::string_view text) {
 }
 
 void TextFile::start() {
-    pos_ = 0;
+    std::size_t from = 0;
     if (size_ >= 3 && static_cast<unsigned char>(data_[0]) == 0xEF &&
-        static_cast<unsigned char>(data_[1]) == 0xBB && static_cast<unsigned char>(data_[2]) == 0xBF)
-        pos_ = 3;
-    nextCr_ = findFrom(data_.get(), size_, pos_, '\r');
-    nextLf_ = findFrom(data_.get(), size_, pos_, '\n');
-}
-
-bool TextFile::nextLine(std::string_view& line) {
-    if (pos_ >= size_) return false;
-    const char* d = data_.get();
-    // Each search runs once over the text: a file with lone CRs is not searched
-    // for LFs again on every line.
-    if (nextCr_ < pos_) nextCr_ = findFrom(d, size_, pos_, '\r');
-    if (nextLf_ < pos_) nextLf_ = findFrom(d, size_, pos_, '\n');
-    const std::size_t end = std::min(nextCr_, nextLf_);
-    line = std::string_view(d + pos_, end - pos_);
-    if (end == size_)
-        pos_ = size_;
-    else if (d[end] == '\r' && end + 1 < size_ && d[end + 1] == '\n')
-        pos_ = end + 2;
-    else
-        pos_ = end + 1;
-    return true;
+        static_cast<unsigned char>(data_[1]) == 0xBB &&
+        static_cast<unsigned char>(data_[2]) == 0xBF)
+        from = 3;
+    text_ = std::string_view(data_.get() + from, size_ - from);
+    lines_ = LineWalker(text_);
 }
 
 std::size_t TextFile::lineCountHint() const {
-    if (pos_ >= size_) return 0;
-    const char* b = data_.get() + pos_;
-    const char* e = data_.get() + size_;
-    const auto cr = static_cast<std::size_t>(std::count(b, e, '\r'));
-    const auto lf = static_cast<std::size_t>(std::count(b, e, '\n'));
-    return std::max(cr, lf) + 1;
+    if (text_.empty()) return 0;
+    // From the line length at the start of the text, with a little to spare: a
+    // count over the whole text would cost as much as reading it.
+    constexpr std::size_t kSample = 1 << 16;
+    const std::size_t left = text_.size();
+    const char* b = text_.data();
+    const std::size_t sample = std::min(left, kSample);
+    const auto cr = static_cast<std::size_t>(std::count(b, b + sample, '\r'));
+    const auto lf = static_cast<std::size_t>(std::count(b, b + sample, '\n'));
+    const std::size_t ends = std::max<std::size_t>(std::max(cr, lf), 1);
+    if (sample == left) return ends + 1;
+    return left / sample * ends + left % sample * ends / sample + left / sample * ends / 16 + 1;
 }
 
 void TextFile::release() {
     data_.reset();
     size_ = 0;
-    pos_ = 0;
-    nextCr_ = nextLf_ = 0;
+    text_ = {};
+    lines_ = LineWalker();
 }
 
-const std::vector<std::string_view>& FieldSplitter::split(std::string_view line) {
+std::vector<std::string_view> textBlocks(std::string_view text, std::size_t bytes) {
+    std::vector<std::string_view> blocks;
+    const std::size_t size = text.size();
+    const char* d = text.data();
+    if (bytes == 0) bytes = 1;
+    std::size_t from = 0;
+    while (from < size) {
+        std::size_t cut = size;
+        if (size - from > bytes) {
+            const std::size_t at = from + bytes;
+            cut = findFrom(d, size, at, '\n');
+            if (cut < size) {
+                ++cut;
+            } else {
+                // No LF from here on: cut after a CR (none of them has an LF after it).
+                cut = findFrom(d, size, at, '\r');
+                cut = cut < size ? cut + 1 : size;
+            }
+        }
+        blocks.emplace_back(d + from, cut - from);
+        from = cut;
+    }
+    return blocks;
+}
+
+const std::vector<std::string_view>& FieldSplitter::split(std::string_view line, std::size_t keep) {
     core::P_subNormaliseSeparators(line, rounds_, normalised_);
     fields_.clear();
     const char* d = normalised_.data();
     const std::size_t n = normalised_.size();
     std::size_t from = 0;
-    for (;;) {
-        const void* tab = n > from ? std::memchr(d + from, '\t', n - from) : nullptr;
-        if (!tab) {
-            fields_.emplace_back(d + from, n - from);
-            break;
-        }
-        const auto at = static_cast<std::size_t>(static_cast<const char*>(tab) - d);
-        fields_.emplace_back(d + from, at - from);
-        from = at + 1;
+    count_ = 1;
+    for (std::size_t i = 0; i < n; ++i) {
+        if (d[i] != '\t') continue;
+        if (fields_.size() < keep) fields_.emplace_back(d + from, i - from);
+        from = i + 1;
+        ++count_;
     }
+    if (fields_.size() < keep) fields_.emplace_back(d + from, n - from);
     return fields_;
 }
 

@@ -4,8 +4,9 @@
 
 namespace importers {
 
-engine::Handle P_fncTriangle(engine::Engine& eng, const engine::Point3& p1, const engine::Point3& p2,
-                             const engine::Point3& p3, const engine::Rgb& colour) {
+engine::Handle P_fncTriangle(engine::Engine& eng, const engine::Point3& p1,
+                             const engine::Point3& p2, const engine::Point3& p3,
+                             const engine::Rgb& colour) {
     const engine::Handle h = eng.polygon_create();
     if (h == 0) return 0;
     eng.polygon_add_point(h, p1);

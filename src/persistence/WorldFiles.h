@@ -5,6 +5,7 @@
 // "FirstModel" and "NextModel", the camera, the light, the log and the messages.
 
 #include <string>
+#include <vector>
 
 #include "engine/Types.h"
 
@@ -40,6 +41,9 @@ void mnuSTATEFileOpenMulti(core::AppContext& ctx);
 // A world handed over by the command line or a double click: opens it without a
 // dialog. False (after the box) when it could not be read.
 bool p_subAssFileOpen(core::AppContext& ctx, const std::string& path);
+// The program's arguments: the first that is not an option ("-x", "--x") is a
+// world to open with p_subAssFileOpen. False when there is none or it failed.
+bool openWorldFromCommandLine(core::AppContext& ctx, const std::vector<std::string>& args);
 
 // Saves lngGroup (0 the whole scene) as a world. "STATE-File" asks for the name
 // unless `path` is given; bolBitmaps copies the bitmaps into "Bitmaps" beside it.

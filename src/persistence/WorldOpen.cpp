@@ -258,4 +258,10 @@ bool p_subAssFileOpen(core::AppContext& ctx, const std::string& path) {
     return p_subSTATEFileOpen(ctx);
 }
 
+bool openWorldFromCommandLine(core::AppContext& ctx, const std::vector<std::string>& args) {
+    for (const std::string& a : args)
+        if (!a.empty() && a[0] != '-') return p_subAssFileOpen(ctx, a);
+    return false;
+}
+
 }  // namespace persistence

@@ -37,8 +37,8 @@ void expectClosedOutward(const std::vector<buildertest::Poly>& polys, Point3 mid
 TEST_F(BuilderTest, VerticalSlabStandsOnTheLineWithItsFullHeightUpAndDown) {
     // Line along +x, extended 10 each way; dip 90: s = 50 (the vertical offset),
     // h = 50 / tan(90) = 0, so the corners are x = -10 and 110, z = -50 and 50.
-    const auto g = builders::P_fncCreate2PointDiscPlane(e, {0, 0, 0}, {100, 0, 0}, 90, 10, 50, 0,
-                                                        kPurple);
+    const auto g =
+        builders::P_fncCreate2PointDiscPlane(e, {0, 0, 0}, {100, 0, 0}, 90, 10, 50, 0, kPurple);
     EXPECT_EQ(groupName(g), "FinalDiscPlane");
     const auto polys = polygonsOf(e, g);
     ASSERT_EQ(polys.size(), 2u);  // thickness 0: top and bottom only
@@ -60,8 +60,8 @@ TEST_F(BuilderTest, InclinedSlabDipsToTheRightOfTheLine) {
     // Dip 45, vertical offset 50: s = 50 sin 45 = 35.3553, h = s / tan 45 = 35.3553,
     // w = (d.y, -d.x) = (0, -1): the low edge lies towards -y.
     const double s = 50 * std::sqrt(0.5);
-    const auto g = builders::P_fncCreate2PointDiscPlane(e, {0, 0, 0}, {100, 0, 0}, 45, 10, 50, 0,
-                                                        kPurple);
+    const auto g =
+        builders::P_fncCreate2PointDiscPlane(e, {0, 0, 0}, {100, 0, 0}, 45, 10, 50, 0, kPurple);
     const auto polys = polygonsOf(e, g);
     ASSERT_EQ(polys.size(), 2u);
     EXPECT_POINT_NEAR(polys[0].pts[0], (Point3{-10, -s, -s}), 1e-9);
@@ -74,8 +74,8 @@ TEST_F(BuilderTest, InclinedSlabDipsToTheRightOfTheLine) {
 }
 
 TEST_F(BuilderTest, ThickSlabIsClosedWithEveryFaceOutward) {
-    const auto g = builders::P_fncCreate2PointDiscPlane(e, {0, 0, 0}, {100, 0, 0}, 90, 10, 50, 4,
-                                                        kPurple);
+    const auto g =
+        builders::P_fncCreate2PointDiscPlane(e, {0, 0, 0}, {100, 0, 0}, 90, 10, 50, 4, kPurple);
     const auto polys = polygonsOf(e, g);
     ASSERT_EQ(polys.size(), 6u);
     // Top and bottom lie half the thickness either side of the mid-surface.
@@ -86,12 +86,12 @@ TEST_F(BuilderTest, ThickSlabIsClosedWithEveryFaceOutward) {
 
 TEST_F(BuilderTest, DegenerateSlabsGiveAnEmptyGroupNotAFailure) {
     // Equal points, no height, and a coordinate that is not a number.
-    for (auto g : {builders::P_fncCreate2PointDiscPlane(e, {5, 5, 5}, {5, 5, 5}, 60, 0, 10, 2,
-                                                        kPurple),
-                   builders::P_fncCreate2PointDiscPlane(e, {100, 200, 300}, {110, 200, 300}, 60,
-                                                        0, 1E-100, 0, kPurple),
-                   builders::P_fncCreate2PointDiscPlane(e, {NAN, 0, 0}, {10, 0, 0}, 60, 0, 10, 0,
-                                                        kPurple)}) {
+    for (auto g :
+         {builders::P_fncCreate2PointDiscPlane(e, {5, 5, 5}, {5, 5, 5}, 60, 0, 10, 2, kPurple),
+          builders::P_fncCreate2PointDiscPlane(e, {100, 200, 300}, {110, 200, 300}, 60, 0, 1E-100,
+                                               0, kPurple),
+          builders::P_fncCreate2PointDiscPlane(e, {NAN, 0, 0}, {10, 0, 0}, 60, 0, 10, 0,
+                                               kPurple)}) {
         ASSERT_NE(g, 0u);
         EXPECT_EQ(e.group_get_number_of_polygons(g), 0);
     }
@@ -329,7 +329,9 @@ TEST_F(PlaneDialog, OnePointSlabWithThePoleShown) {
     ASSERT_NE(g, 0u);
     ASSERT_EQ(ctx.state.F_h_lngAddedGroups.size(), before + 2);  // pole, then slab
     EXPECT_EQ(ctx.engine.entity_get_name(ctx.state.F_h_lngAddedGroups[before]), "CylPolyGroup");
-    for (const Point3& p : polygonsOf(ctx.engine, g)[0].pts) EXPECT_NEAR(p.z, 0, 1e-3);
+    const auto polys = polygonsOf(ctx.engine, g);
+    ASSERT_EQ(polys.size(), 2u);
+    for (const Point3& p : polys[0].pts) EXPECT_NEAR(p.z, 0, 1e-3);
     const auto record = core::parseInfoRecord(nameOfFirstPolygon(g));
     ASSERT_TRUE(record);
     EXPECT_EQ(record->text.substr(0, 19), "Dip (degrees):\r\n0\r\n");
@@ -338,8 +340,7 @@ TEST_F(PlaneDialog, OnePointSlabWithThePoleShown) {
 TEST_F(PlaneDialog, ThreePointSlabRecordsItsDipAndDirection) {
     ctx.state.sngNorthAxis = 0.5f;
     // Falls towards +y, north with this grid: dip 45, direction 0.
-    const auto g =
-        builders::placeDiscPlaneThreePoints(ctx, {0, 0, 0}, {100, 0, 0}, {0, 100, -100});
+    const auto g = builders::placeDiscPlaneThreePoints(ctx, {0, 0, 0}, {100, 0, 0}, {0, 100, -100});
     ASSERT_NE(g, 0u);
     const auto record = core::parseInfoRecord(nameOfFirstPolygon(g));
     ASSERT_TRUE(record);

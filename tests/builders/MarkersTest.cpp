@@ -123,7 +123,7 @@ TEST_F(MarkerDialog, SphereStandsOnThePointWithItsFoot) {
 }
 
 TEST_F(MarkerDialog, PlacementPutsFootHeadOrMiddleOnThePoint) {
-    form().setFromUser("cboCylLength", "2");  // 20
+    form().setFromUser("cboCylLength", "2");     // 20
     form().setFromUser("cboSphereRadius", "1");  // 10
     form().setFromUser("optMarkerTop", "1");
     auto [lo, hi] = zRange(place("optCylinder", {0, 0, 50}));
@@ -149,14 +149,15 @@ TEST_F(MarkerDialog, DirectedDiamondStandsAlongTheSurfaceNormal) {
     // A wall facing +x.
     engine::Engine& e = ctx.engine;
     Handle wall = e.polygon_create();
-    for (Point3 p : {Point3{0, -10, -10}, Point3{0, -10, 10}, Point3{0, 10, 10}, Point3{0, 10, -10}})
+    for (Point3 p :
+         {Point3{0, -10, -10}, Point3{0, -10, 10}, Point3{0, 10, 10}, Point3{0, 10, -10}})
         e.polygon_add_point(wall, p);
     ASSERT_EQ(e.engine_add_polygon(wall), 0);
     engine::Plane plane;
     ASSERT_EQ(e.polygon_get_plane(wall, plane), 0);
     ASSERT_NEAR(plane.n.x, 1, 1e-12);
 
-    form().setFromUser("cboCylLength", "2.5");  // 25
+    form().setFromUser("cboCylLength", "2.5");     // 25
     form().setFromUser("cboSphereRadius", "1.5");  // 15: diamond 30 long
     const Handle g = place("optDirCylDiamond", {0, 0, 0}, wall);
     ASSERT_NE(g, 0u);

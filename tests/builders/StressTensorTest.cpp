@@ -82,6 +82,13 @@ TEST(StressTensorCalculation, Sigma3TrendStaysZeroOnTheBoundaries) {
     v = tensor(0, 30, 180);
     calculate(v, 0.0f);
     EXPECT_EQ(v.sig3Trend, 0);
+    // With north along +y the grid angle is the trend less 90: 60 gives -30 degrees,
+    // below the first range, while the plunge is still worked out.
+    v = tensor(20, 30, 60);
+    v.sig3Trend = 77;
+    calculate(v, 0.5f);
+    EXPECT_EQ(v.sig3Trend, 0);
+    EXPECT_GT(v.sig3Plunge, 0);
 }
 
 TEST(StressTensorCalculation, LowerHemisphereTurnsSigma2AndSigma3) {
@@ -220,21 +227,30 @@ TEST_F(TensorDialog, DrawsThreeCylindersInProportion) {
     // (86.6, 0, -50). Sigma 2: 40 / 60 of that, 66.7 along trend 90 (-y), level.
     // Sigma 3: 33.3 along trend 180 plunging 60: (-16.7, 0, -28.9). Each cylinder
     // runs from its tip to the point; its middle is half the tip.
-    type({{"cboSig1Magnitude", "60"}, {"cboSig1Trend", "0"}, {"cboSig1Plunge", "30"},
-          {"cboSig2Magnitude", "40"}, {"cboSig2Trend", "90"}, {"cboSig2Plunge", "0"},
-          {"cboSig3Magnitude", "20"}, {"cboSig3Trend", "180"}, {"cboSig3Plunge", "60"},
-          {"cboSig1Length", "10"}, {"cboSig1Diameter", "1"}});
+    type({{"cboSig1Magnitude", "60"},
+          {"cboSig1Trend", "0"},
+          {"cboSig1Plunge", "30"},
+          {"cboSig2Magnitude", "40"},
+          {"cboSig2Trend", "90"},
+          {"cboSig2Plunge", "0"},
+          {"cboSig3Magnitude", "20"},
+          {"cboSig3Trend", "180"},
+          {"cboSig3Plunge", "60"},
+          {"cboSig1Length", "10"},
+          {"cboSig1Diameter", "1"}});
     const Point3 p{1000, 2000, 300};
     const Handle g = builders::drawStressTensor(ctx, p);
     ASSERT_NE(g, 0u);
     engine::Engine& e = ctx.engine;
     EXPECT_EQ(e.entity_get_name(g), "MarkerGroup");
     std::vector<Handle> parts;
-    for (Handle c = e.group_get_first_included_group(g); c; c = e.group_get_next_included_group(g, c))
+    for (Handle c = e.group_get_first_included_group(g); c;
+         c = e.group_get_next_included_group(g, c))
         parts.push_back(c);
     ASSERT_EQ(parts.size(), 3u);
     const double c30 = std::cos(M_PI / 6);
-    const Point3 middles[] = {{50 * c30, 0, -25}, {0, -100.0 / 3, 0}, {-25.0 / 3, 0, -50 * c30 / 3}};
+    const Point3 middles[] = {
+        {50 * c30, 0, -25}, {0, -100.0 / 3, 0}, {-25.0 / 3, 0, -50 * c30 / 3}};
     const engine::Rgb colours[] = {{184, 8, 8}, {8, 184, 8}, {8, 8, 184}};
     for (int k = 0; k < 3; ++k) {
         EXPECT_EQ(e.entity_get_name(parts[k]), "CylPolyGroup");

@@ -250,3 +250,46 @@ TEST_F(WorldDamage, TheMessageNamesTheLineOfABadTextLine) {
 }
 
 }  // namespace
+
+namespace {
+
+// Files this large read their coordinates on a second thread: damage found
+// there must stop both threads and leave the scene alone.
+TEST(WorldDamageLarge, ALargeDamagedFileIsRefusedWhileItIsRead) {
+    testsupport::TempDir dir;
+    Engine big;
+    big.engine_load_world("", "", "", 4);
+    const Handle g = big.group_create("Surface");
+    for (int i = 0; i < 250000; ++i)
+        polygon(big, {{double(i), 0, 0}, {double(i), 1, 0}, {double(i) + 1, 1, 0}}, g, "cell");
+    const fs::path file = dir.file("big.STATE");
+    ASSERT_TRUE(engine::saveWorld(big, file).ok);
+    const std::string good = readAll(file);
+    ASSERT_GT(good.size(), std::size_t(16) << 20);
+
+    Engine target;
+    target.engine_load_world("", "", "", 4);
+    polygon(target, {{0, 0, 0}, {0, 1, 0}, {1, 1, 0}}, 0, "keep me");
+    const std::string before = describe(target);
+
+    for (std::size_t at : {good.size() / 3, good.size() - 100}) {
+        std::string bad = good;
+        bad[at] ^= 0x04;
+        writeAll(file, bad);
+        const auto r = engine::loadWorld(target, file);
+        EXPECT_FALSE(r.ok) << at;
+        EXPECT_NE(r.message.find("PNTS fails its check"), std::string::npos) << r.message;
+        EXPECT_EQ(describe(target), before);
+    }
+    writeAll(file, good.substr(0, good.size() * 3 / 4));
+    const auto cut = engine::loadWorld(target, file);
+    EXPECT_FALSE(cut.ok);
+    EXPECT_EQ(describe(target), before);
+
+    writeAll(file, good);
+    const auto r = engine::loadWorld(target, file);
+    ASSERT_TRUE(r.ok) << r.message;
+    EXPECT_EQ(target.polygon_count(), 250000u);
+}
+
+}  // namespace

@@ -162,3 +162,43 @@ TEST(WorldFormatChoice, DistinctNamesCostTheirTextOnly) {
 }
 
 }  // namespace
+
+namespace {
+
+// A square facing up (clockwise seen from above), centred on the z axis.
+Handle upSquare(Engine& e, double z, const std::string& name) {
+    return polygon(e, {{5, 5, z}, {5, -5, z}, {-5, -5, z}, {-5, 5, z}}, 0, name);
+}
+
+void lookDown(Engine& e) {
+    const Handle cam = e.camera_get_default_camera();
+    e.camera_set_location(cam, {0, 0, 100});
+    e.camera_set_axis_system(cam, {0, 0, -1}, {0, 1, 0});
+}
+
+TEST(WorldLoadIndex, PickingAndCountsSeeTheLoadedScene) {
+    Engine source, scene;
+    source.engine_load_world("", "", "", 4);
+    upSquare(source, 10, "loaded");
+    lookDown(source);
+    std::string bytes;
+    ASSERT_TRUE(engine::encodeWorld(source, WorldFormat::State, bytes).ok);
+
+    scene.engine_load_world("", "", "", 4);
+    upSquare(scene, 0, "old");
+    upSquare(scene, -20, "old below");
+    lookDown(scene);
+    const auto before = scene.engine_2D_point_to_3D(400, 300);
+    ASSERT_NE(before.polygon, 0u);
+    ASSERT_EQ(scene.entity_get_name(before.polygon), "old");
+
+    ASSERT_TRUE(engine::loadWorldBytes(scene, bytes).ok);
+    const auto after = scene.engine_2D_point_to_3D(400, 300);
+    ASSERT_NE(after.polygon, 0u);
+    EXPECT_EQ(scene.entity_get_name(after.polygon), "loaded");
+    EXPECT_DOUBLE_EQ(after.distance, 90);
+    EXPECT_EQ(scene.polygon_count(), 1u);
+    EXPECT_EQ(scene.engine_get_number_of_collisions({0, 0, 50}, {0, 0, -50}), 1);
+}
+
+}  // namespace

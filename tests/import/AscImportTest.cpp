@@ -1,6 +1,7 @@
 // ASC wireframes end to end: line shapes, facets, vertice values, the two routes
 // and what the driver does around the reader.
 
+#include <algorithm>
 #include <cmath>
 
 #include "ImportTestUtil.h"
@@ -15,8 +16,8 @@ using importtest::ScriptResult;
 // A unit square facet at height z (file metres), one line a corner.
 std::string square(const std::string& tail, double z = 0, const std::string& lead = "") {
     const std::string zs = std::to_string(z);
-    return lead + "0 0 " + zs + tail + "\n" + lead + "1 0 " + zs + tail + "\n" + lead + "1 1 " + zs +
-           tail + "\n" + lead + "0 1 " + zs + tail + "\n";
+    return lead + "0 0 " + zs + tail + "\n" + lead + "1 0 " + zs + tail + "\n" + lead + "1 1 " +
+           zs + tail + "\n" + lead + "0 1 " + zs + tail + "\n";
 }
 
 void expectPoints(const Poly& p, std::initializer_list<engine::Point3> pts) {
@@ -78,10 +79,11 @@ TEST_F(ImportTest, OneSidedFacetAndTheFirstLineColours) {
 
 TEST_F(ImportTest, LeadingSeparatorsShiftTheColumnsAndReadTheSame) {
     // Blanks, commas, tabs and their runs, with and without a leading separator.
-    const std::string text = " 0 0 0 9 13\n"
-                             ",1,0,0,9,13\n"
-                             "\t1\t1 , 0 9\t13\n"
-                             "0,  1,\t0 ,9 ,13\n";
+    const std::string text =
+        " 0 0 0 9 13\n"
+        ",1,0,0,9,13\n"
+        "\t1\t1 , 0 9\t13\n"
+        "0,  1,\t0 ,9 ,13\n";
     ScriptResult r = importText("mnuOpenMap3DPNTSingle", "a.asc", text);
     ASSERT_EQ(r.rc, 0) << r.err;
     auto polys = polygons();
@@ -95,10 +97,11 @@ TEST_F(ImportTest, LeadingSeparatorsShiftTheColumnsAndReadTheSame) {
 TEST_F(ImportTest, FourColumnLinesTakeCodeThreeAndOtherShapesReadAsZeros) {
     // Line 2 has three fields: it reads as the origin with code 0 and still counts,
     // so the facet is P0 (0,0,0 code 6), (0,0,0), (1,1,0), (0,1,0).
-    const std::string text = "0 0 0 6\n"  // four columns: code 3 whatever the fourth says
-                             "1 0 0\n"
-                             " 1 1 0 4\n"
-                             "0 1 0 9\n";
+    const std::string text =
+        "0 0 0 6\n"  // four columns: code 3 whatever the fourth says
+        "1 0 0\n"
+        " 1 1 0 4\n"
+        "0 1 0 9\n";
     ScriptResult r = importText("mnuOpenMap3DPNTSingle", "a.asc", text);
     ASSERT_EQ(r.rc, 0) << r.err;
     auto polys = polygons();
@@ -133,10 +136,11 @@ TEST_F(ImportTest, CodesOverFiveAndOverTenThousand) {
 
 TEST_F(ImportTest, VerticeValuesNameTheTrianglesAndCodesAreIgnored) {
     // Values as written when the line is not shifted; through a number when it is.
-    const std::string text = "0 0 0 9 1.50\n"
-                             " 1 0 0 9 2.50\n"
-                             "1 1 0 9 007\n"
-                             "0 1 0 9\n";  // four columns: no value
+    const std::string text =
+        "0 0 0 9 1.50\n"
+        " 1 0 0 9 2.50\n"
+        "1 1 0 9 007\n"
+        "0 1 0 9\n";  // four columns: no value
     ScriptResult r = importText("mnuOpenVerticeDataWireframePNT", "a.asc", text);
     ASSERT_EQ(r.rc, 0) << r.err;
     auto polys = polygons();
@@ -158,8 +162,8 @@ TEST_F(ImportTest, AddKeepsTheSceneAndOpenReplacesIt) {
     auto polys = polygons();
     ASSERT_EQ(polys.size(), 9u);
     EXPECT_EQ(polys[0].name, "Before");
-    EXPECT_EQ(ctx().state.strLoadedFiles, dir.file("a.asc").string() + " added\r\n" +
-                                              dir.file("b.asc").string() + " added");
+    EXPECT_EQ(ctx().state.strLoadedFiles,
+              dir.file("a.asc").string() + " added\r\n" + dir.file("b.asc").string() + " added");
     // Two imports, two top groups of their own without a father.
     int asc = 0;
     for (const auto& g : groups())
@@ -197,12 +201,12 @@ TEST_F(ImportTest, OpenCentresTheCameraOnTheImportedModel) {
 }
 
 TEST_F(ImportTest, CancelledDialogLeavesTheSceneForAdd) {
-    ScriptResult r = run(
-        "polygon --name Before 0,0,0 5,0,0 0,5,0\n"
-        "answer open --cancel\n"
-        "run mnuAddMap3DWireASC\n"
-        "answer open missing.asc\n"  // a file that is not there counts as cancelled
-        "run mnuAddMap3DWireASC\n");
+    ScriptResult r =
+        run("polygon --name Before 0,0,0 5,0,0 0,5,0\n"
+            "answer open --cancel\n"
+            "run mnuAddMap3DWireASC\n"
+            "answer open missing.asc\n"  // a file that is not there counts as cancelled
+            "run mnuAddMap3DWireASC\n");
     ASSERT_EQ(r.rc, 0) << r.err;
     ASSERT_EQ(polygons().size(), 1u);
     EXPECT_EQ(ctx().state.strLoadedFiles, "");
@@ -228,7 +232,8 @@ TEST_F(ImportTest, ByteOrderMarkIsNotText) {
     expectPoints(polys[0], {C0, C2, C1});
     // Only at the start: the same bytes later are part of a field (no number: 0).
     ScriptResult s = importText("mnuOpenMap3DPNTSingle", "b.asc",
-                                "0 0 0 9 3\n\xEF\xBB\xBF" "1 0 0 9 3\n1 1 0 9 3\n0 1 0 9 3\n");
+                                "0 0 0 9 3\n\xEF\xBB\xBF"
+                                "1 0 0 9 3\n1 1 0 9 3\n0 1 0 9 3\n");
     ASSERT_EQ(s.rc, 0) << s.err;
     polys = polygons();
     ASSERT_EQ(polys.size(), 1u);  // P1 read as the origin: (P0, P2, P1) is refused
@@ -357,6 +362,47 @@ TEST_F(ImportTest, InterruptWhileBuildingKeepsWhatWasBuilt) {
     EXPECT_EQ(n % 4, 0u);  // whole facets only
     // The scene stays usable: the light of the error handler reached the polygons.
     EXPECT_TRUE(polygons()[0].lit);
+}
+
+TEST_F(ImportTest, FaultDeepInALargeFileComesAfterTheLinesBeforeIt) {
+    // 40 000 lines read in several pieces; line 30 001 has a code no whole number holds.
+    std::string text = manyFacets(7500);
+    text += "0 0 0 9 1e12\n" + manyFacets(2500);
+    ScriptResult r = importText("mnuAddMap3DWireASC", "big.asc", text);
+    ASSERT_EQ(r.rc, 0) << r.err;
+    auto boxes = r.of("msgbox");
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0]["title"], "Warning Message");
+    std::string last;
+    for (const auto& c : r.of("comment")) {
+        const std::string t = c["text"];
+        if (t.rfind("Number of data lines loaded: ", 0) == 0) last = t;
+    }
+    EXPECT_EQ(last, "Number of data lines loaded: 30000");
+    EXPECT_EQ(ctx().state.lngProgressLines, 30000);
+    EXPECT_EQ(polygons().size(), 0u);
+}
+
+TEST_F(ImportTest, FileMenuIsHeldWhileAnImportRuns) {
+    int heldPumps = 0, openPumps = 0;
+    ScriptResult r = importText(
+        "mnuAddMap3DWireASC", "big.asc", manyFacets(2000), "", "", [&](core::AppContext& c) {
+            scripted(c).onPump = [&c, &heldPumps, &openPumps] {
+                // importing: after the file was chosen, with the hourglass up
+                const auto& lines = scripted(c).transcript();
+                const bool chosen = !lines.empty() &&
+                                    std::any_of(lines.begin(), lines.end(), [](const std::string& l) {
+                                        return l.find("\"kind\": \"open\"") != std::string::npos;
+                                    });
+                if (!chosen || c.ui.pointer() != 11) return;
+                (c.commands.find("mnuOpenMap3DWireASC")->enabled ? openPumps : heldPumps) += 1;
+            };
+        });
+    ASSERT_EQ(r.rc, 0) << r.err;
+    EXPECT_GT(heldPumps, 0);
+    EXPECT_EQ(openPumps, 0);
+    EXPECT_TRUE(ctx().commands.find("mnuOpenMap3DWireASC")->enabled);
+    EXPECT_FALSE(ctx().commands.find("mnuOpenDatamineStringText")->enabled);  // no reader
 }
 
 TEST_F(ImportTest, LargeGeneratedFileImportsWhole) {

@@ -15,12 +15,13 @@ using importtest::ScriptResult;
 // Five lines a facet: four corners of a unit square at height z, then the closing line.
 std::string wireFacet(double z, int code, const std::string& lead = "") {
     const std::string zs = std::to_string(z), c = " 2 " + std::to_string(code) + "\n";
-    return lead + "0 0 " + zs + " 3 " + std::to_string(code) + "\n" + lead + "1 0 " + zs + " 2 7\n" +
-           lead + "1 1 " + zs + c + lead + "0 1 " + zs + c + lead + "0 0 " + zs + c;
+    return lead + "0 0 " + zs + " 3 " + std::to_string(code) + "\n" + lead + "1 0 " + zs +
+           " 2 7\n" + lead + "1 1 " + zs + c + lead + "0 1 " + zs + c + lead + "0 0 " + zs + c;
 }
 
 TEST_F(ImportTest, ConstructionWireframesAreTwoSidedFacetsOfFiveLines) {
-    ScriptResult r = importText("mnuFileOpenPNTEditor", "c.pnt", wireFacet(0, 3) + wireFacet(2, 6, ","));
+    ScriptResult r =
+        importText("mnuFileOpenPNTEditor", "c.pnt", wireFacet(0, 3) + wireFacet(2, 6, ","));
     ASSERT_EQ(r.rc, 0) << r.err;
     EXPECT_EQ(r.of("open")[0]["filter"], "Map3D PNT-files(*.PNT)|*.PNT|All file types (*.*)|*.*");
     auto polys = polygons();
@@ -52,15 +53,16 @@ TEST_F(ImportTest, ConstructionWireframeFacetNeedsOnlyFourOfItsFiveLines) {
 }
 
 TEST_F(ImportTest, ConstructionWireframeLineShortOfColumnsIsAFault) {
-    for (const std::string& bad : {std::string("0 0 0 3\n"), std::string(" 0 0 0 3 3\n"),
-                                   std::string("\n")}) {
+    for (const std::string& bad :
+         {std::string("0 0 0 3\n"), std::string(" 0 0 0 3\n"), std::string("\n")}) {
         ScriptResult r = importText("mnuFileAddPNTEditor", "c.pnt", wireFacet(0, 3) + bad,
                                     "polygon --name Before 0,0,-5 5,0,-5 0,5,-5\n");
         ASSERT_EQ(r.rc, 0) << r.err;
         auto boxes = r.of("msgbox");
         ASSERT_EQ(boxes.size(), 1u) << bad;
         EXPECT_EQ(boxes[0]["title"], "Error Message");
-        EXPECT_EQ(boxes[0]["text"], "A error occurred, most probably due to an unknown file-format");
+        EXPECT_EQ(boxes[0]["text"],
+                  "A error occurred, most probably due to an unknown file-format");
         // The fault came while reading: the scene keeps only what was there.
         EXPECT_EQ(polygons().size(), 1u) << bad;
         EXPECT_EQ(ctx().state.strLoadedFiles, "");
@@ -70,14 +72,13 @@ TEST_F(ImportTest, ConstructionWireframeLineShortOfColumnsIsAFault) {
 TEST_F(ImportTest, InterruptWhileReadingConstructionWireframesBuildsWhatWasRead) {
     std::string text;
     for (int i = 0; i < 4000; ++i) text += wireFacet(i, 3);  // 20 000 lines
-    ScriptResult r = importText("mnuFileAddPNTEditor", "c.pnt", text, "", "",
-                                [](core::AppContext& c) {
-                                    scripted(c).onPump = [&c] {
-                                        if (c.state.strFullPath.size() > 0 &&
-                                            c.engine.polygon_count() == 0)
-                                            c.state.bolInterruptProcess = true;
-                                    };
-                                });
+    ScriptResult r =
+        importText("mnuFileAddPNTEditor", "c.pnt", text, "", "", [](core::AppContext& c) {
+            scripted(c).onPump = [&c] {
+                if (c.state.strFullPath.size() > 0 && c.engine.polygon_count() == 0)
+                    c.state.bolInterruptProcess = true;
+            };
+        });
     ASSERT_EQ(r.rc, 0) << r.err;
     EXPECT_EQ(r.of("msgbox").size(), 0u);
     const auto n = polygons().size();
@@ -88,11 +89,12 @@ TEST_F(ImportTest, InterruptWhileReadingConstructionWireframesBuildsWhatWasRead)
 }
 
 // Strings: x along a line; pen 3 lifts, 2 draws from the line before.
-const std::string kStrings = "0 0 0 3 3\n"
-                             "10 0 0 2 8\n"
-                             "20 0 0 2 3\n"
-                             "0 5 0 3 13\n"
-                             " 10 5 0 2\n";
+const std::string kStrings =
+    "0 0 0 3 3\n"
+    "10 0 0 2 8\n"
+    "20 0 0 2 3\n"
+    "0 5 0 3 13\n"
+    " 10 5 0 2\n";
 
 const GroupInfo* groupByHandle(const std::vector<GroupInfo>& gs, engine::Handle h) {
     for (const auto& g : gs)
@@ -101,10 +103,10 @@ const GroupInfo* groupByHandle(const std::vector<GroupInfo>& gs, engine::Handle 
 }
 
 TEST_F(ImportTest, ConstructionStringsBuildTheChosenShapeOneGroupAString) {
-    ScriptResult r = importText(
-        "mnuStringFileOpenPNTLocal", "s.pnt", kStrings,
-        "answer form frm12_Excavation accept optExcCylinder=1 cboExcavationWidth=2 "
-        "cboExcavationHeight=4 optLineBottom=1\n");
+    ScriptResult r =
+        importText("mnuStringFileOpenPNTLocal", "s.pnt", kStrings,
+                   "answer form frm12_Excavation accept optExcCylinder=1 cboExcavationWidth=2 "
+                   "cboExcavationHeight=4 optLineBottom=1\n");
     ASSERT_EQ(r.rc, 0) << r.err;
     ASSERT_EQ(r.of("form").size(), 1u);
     auto polys = polygons();
@@ -178,10 +180,10 @@ TEST_F(ImportTest, ConstructionStringsAsCrossedRibbonsAtTheTopOfTheLine) {
 TEST_F(ImportTest, ConstructionStringsOddLinesReadAsZerosAndEndTheString) {
     // The third line fits no shape: pen 0 ends the string, and the segment to it is
     // not drawn; the last line draws from that origin.
-    ScriptResult r = importText("mnuStringFileAddPNTLocal", "s.pnt",
-                                "0 0 0 3 3\n10 0 0 2 3\n20 0\n5 5 0 2 3\n",
-                                "answer form frm12_Excavation accept optExcTunnel=1 "
-                                "cboExcavationWidth=2 cboExcavationHeight=2\n");
+    ScriptResult r =
+        importText("mnuStringFileAddPNTLocal", "s.pnt", "0 0 0 3 3\n10 0 0 2 3\n20 0\n5 5 0 2 3\n",
+                   "answer form frm12_Excavation accept optExcTunnel=1 "
+                   "cboExcavationWidth=2 cboExcavationHeight=2\n");
     ASSERT_EQ(r.rc, 0) << r.err;
     auto polys = polygons();
     ASSERT_EQ(polys.size(), 12u);  // two tunnels of six faces

@@ -29,7 +29,8 @@ inline std::vector<Poly> scenePolygons(const engine::Engine& e) {
     std::vector<Poly> out;
     for (engine::Handle p = e.polygon_get_first_polygon(); p; p = e.polygon_get_next(p)) {
         Poly q;
-        for (engine::Handle pt = e.polygon_get_first_point(p); pt; pt = e.point_get_next_point(pt)) {
+        for (engine::Handle pt = e.polygon_get_first_point(p); pt;
+             pt = e.point_get_next_point(pt)) {
             engine::Point3 xyz;
             e.point_get_xyz(pt, xyz);
             q.points.push_back(xyz);

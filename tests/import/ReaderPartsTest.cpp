@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/LenientNumber.h"
+#include "core/TextNormalise.h"
 #include "forms/Frm12Excavation.h"
 #include "import/Map3DColour.h"
 #include "import/TextFile.h"
@@ -37,16 +38,16 @@ TEST(Map3DColour, CodesByTheirDigits) {
 }
 
 TEST(Map3DColour, HundredsThousandsAndBeyond) {
-    EXPECT_EQ(map3DColour(127), (Rgb{19, 236, 19}));    // 122: tens 2, hundreds 1, s 19
-    EXPECT_EQ(map3DColour(999), (Rgb{165, 90, 90}));    // 994: tens 9, hundreds 9, s 90
-    EXPECT_EQ(map3DColour(1006), (Rgb{10, 10, 245}));   // 1001: tens 0, hundreds 10
-    EXPECT_EQ(map3DColour(3755), (Rgb{46, 82, 173}));   // 3750: tens 5, hundreds 37, s 82
-    EXPECT_EQ(map3DColour(5005), (Rgb{91, 37, 218}));   // 5000: hundreds 50 capped at 37
-    EXPECT_EQ(map3DColour(10004), (Rgb{137, 10, 118})); // 9999: tens 9, hundreds 37, s 118
-    EXPECT_EQ(map3DColour(10005), (Rgb{119, 9, 246}));  // 10000: tens 1, hundreds 0
-    EXPECT_EQ(map3DColour(123456), (Rgb{9, 9, 246}));   // 123451: s 9, hue 1
-    EXPECT_EQ(map3DColour(-7), (Rgb{119, 246, 119}));   // under 10: s 9, hue 7
-    EXPECT_EQ(map3DColour(-123), (Rgb{246, 246, 9}));   // under 10: s 9, hue 3
+    EXPECT_EQ(map3DColour(127), (Rgb{19, 236, 19}));     // 122: tens 2, hundreds 1, s 19
+    EXPECT_EQ(map3DColour(999), (Rgb{165, 90, 90}));     // 994: tens 9, hundreds 9, s 90
+    EXPECT_EQ(map3DColour(1006), (Rgb{10, 10, 245}));    // 1001: tens 0, hundreds 10
+    EXPECT_EQ(map3DColour(3755), (Rgb{46, 82, 173}));    // 3750: tens 5, hundreds 37, s 82
+    EXPECT_EQ(map3DColour(5005), (Rgb{91, 37, 218}));    // 5000: hundreds 50 capped at 37
+    EXPECT_EQ(map3DColour(10004), (Rgb{137, 10, 118}));  // 9999: tens 9, hundreds 37, s 118
+    EXPECT_EQ(map3DColour(10005), (Rgb{119, 9, 246}));   // 10000: tens 1, hundreds 0
+    EXPECT_EQ(map3DColour(123456), (Rgb{9, 9, 246}));    // 123451: s 9, hue 1
+    EXPECT_EQ(map3DColour(-7), (Rgb{119, 246, 119}));    // under 10: s 9, hue 7
+    EXPECT_EQ(map3DColour(-123), (Rgb{246, 246, 9}));    // under 10: s 9, hue 3
     // The extremes of the code stay within the colour range.
     for (std::int32_t code : {std::numeric_limits<std::int32_t>::min(),
                               std::numeric_limits<std::int32_t>::max(), 9999 + 5, 9989 + 5}) {
@@ -144,6 +145,77 @@ TEST(TextFile, LineCountHintAndMissingFiles) {
     EXPECT_FALSE(f.load(std::filesystem::temp_directory_path().string()));  // a folder
 }
 
+TEST(TextFile, PiecesHoldTheSameLinesAsTheWhole) {
+    // Texts of short and long lines with every kind of line end, cut at many sizes:
+    // the lines of the pieces in order are the lines of the text.
+    std::string mixed;
+    const char* ends[] = {"\r\n", "\n", "\r", "\r\n\r\n", "\n\r"};
+    for (int i = 0; i < 3000; ++i)
+        mixed += std::string(static_cast<std::size_t>(i % 37), 'x') + ends[i % 5];
+    mixed += "last";
+    std::string crOnly;
+    for (int i = 0; i < 500; ++i) crOnly += "1 2 3\r";
+    for (const std::string* text : {&mixed, &crOnly}) {
+        const auto whole = linesOf(*text);
+        for (std::size_t bytes : {1u, 2u, 7u, 64u, 1000u, 100000u}) {
+            std::vector<std::string> pieced;
+            for (std::string_view piece : importers::textBlocks(*text, bytes)) {
+                importers::LineWalker w(piece);
+                std::string_view line;
+                while (w.next(line)) pieced.emplace_back(line);
+            }
+            EXPECT_EQ(pieced, whole) << "pieces of " << bytes;
+        }
+    }
+    EXPECT_TRUE(importers::textBlocks("", 10).empty());
+}
+
+// The normaliser as written out: each round replaces blanks and commas by tabs,
+// then in one pass each two tabs by one, then each three by one.
+std::string replaceAll(std::string s, const std::string& from, const std::string& to) {
+    std::string out;
+    std::size_t i = 0;
+    while (i < s.size()) {
+        if (s.compare(i, from.size(), from) == 0) {
+            out += to;
+            i += from.size();
+        } else {
+            out += s[i++];
+        }
+    }
+    return out;
+}
+
+std::string literalNormalise(std::string s, int rounds) {
+    for (int r = 0; r < rounds; ++r) {
+        s = replaceAll(s, " ", "\t");
+        s = replaceAll(s, ",", "\t");
+        s = replaceAll(s, "\t\t", "\t");
+        s = replaceAll(s, "\t\t\t", "\t");
+    }
+    return s;
+}
+
+TEST(FieldSplitter, ReaderNormaliserMatchesTheRoundsWrittenOut) {
+    // Lines of digits and separator runs of every length up to 60, reused buffer.
+    std::string out;
+    unsigned seed = 12345;
+    auto next = [&] { return seed = seed * 1103515245u + 12345u, (seed >> 16) & 0x7fff; };
+    for (int trial = 0; trial < 400; ++trial) {
+        std::string line;
+        const int parts = 1 + static_cast<int>(next() % 8);
+        for (int p = 0; p < parts; ++p) {
+            const int run = static_cast<int>(next() % 61);
+            for (int k = 0; k < run; ++k) line += " ,\t"[next() % 3];
+            line += std::to_string(next() % 1000);
+        }
+        for (int rounds : {1, 2, 5}) {
+            core::P_subNormaliseSeparators(line, rounds, out);
+            EXPECT_EQ(out, literalNormalise(line, rounds)) << trial << " rounds " << rounds;
+        }
+    }
+}
+
 TEST(FieldSplitter, LeadingSeparatorGivesAnEmptyFirstField) {
     using V = std::vector<std::string_view>;
     importers::FieldSplitter s(5);
@@ -154,6 +226,11 @@ TEST(FieldSplitter, LeadingSeparatorGivesAnEmptyFirstField) {
     std::string wide;
     for (int i = 0; i < 100000; ++i) wide += "7,";
     EXPECT_EQ(s.split(wide).size(), 100001u);
+    // Keeping the first few: the count still tells the line's shape.
+    EXPECT_EQ(s.split(wide, 3), (V{"7", "7", "7"}));
+    EXPECT_EQ(s.count(), 100001u);
+    EXPECT_EQ(s.split(" 1", 8), (V{"", "1"}));
+    EXPECT_EQ(s.count(), 2u);
 }
 
 TEST(Frm12Excavation, TypeOptionsRelabelTheDialog) {
@@ -195,7 +272,8 @@ TEST(Frm12Excavation, AcceptRefusesZeroSizesEvenInAHiddenBox) {
 
 TEST(Frm12Excavation, ColoursOfTheEntries) {
     const Rgb box{1, 2, 3};
-    EXPECT_EQ(forms::Frm12Excavation::excavationColourFor("Light blue(tunnels)", box), (Rgb{126, 126, 253}));
+    EXPECT_EQ(forms::Frm12Excavation::excavationColourFor("Light blue(tunnels)", box),
+              (Rgb{126, 126, 253}));
     EXPECT_EQ(forms::Frm12Excavation::excavationColourFor("Brown (Sidewall slabbing - HS)", box),
               (Rgb{190, 62, 30}));
     EXPECT_EQ(forms::Frm12Excavation::excavationColourFor("Colour Box", box), box);

@@ -153,6 +153,14 @@ TEST_F(WorldApp, AHandedOverPathOpensWithoutADialog) {
     EXPECT_EQ(records("open").size(), 1u);
 }
 
+TEST_F(WorldApp, TheFirstPlainArgumentIsTheWorldToOpen) {
+    const std::string path = writeWorld("argument.wld");
+    EXPECT_FALSE(persistence::openWorldFromCommandLine(ctx, {"--verbose", "-x"}));
+    EXPECT_EQ(ctx.engine.polygon_count(), 1u);
+    EXPECT_TRUE(persistence::openWorldFromCommandLine(ctx, {"--verbose", path, "other"}));
+    EXPECT_EQ(ctx.state.strLoadedFiles, path + " opened");
+}
+
 TEST_F(WorldApp, AMissingHandedOverFileIsRefused) {
     EXPECT_FALSE(persistence::p_subAssFileOpen(ctx, dir.file("gone.STATE").string()));
     EXPECT_EQ(records("msgbox").at(0)["text"], "Error loading world");

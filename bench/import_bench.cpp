@@ -1,0 +1,261 @@
+// Import benchmarks, each a ratio against a reference measured in the same run
+// (limits in bench/checks.tsv):
+//  * an ASC wireframe file of one million facets (four million lines, written by
+//    the benchmark into the temp folder) imported through "Open PNT-file as
+//    WIREFRAMES" (two-sided: four million triangles), against reading the same
+//    file into memory in one go and counting its lines; best of 2 and of 3;
+//  * the peak memory of that import against the peak memory of adding the same
+//    four million triangles straight to the engine (create, three points, add,
+//    fill, group), each measured in a child process started afresh (exec):
+//    VmHWM after minus VmRSS before, with the peak reset through
+//    /proc/self/clear_refs (else the larger of VmRSS and VmHWM before is the base).
+// The program runs behind a Ui port that shows nothing (as a window that is not
+// looked at): the cost measured is the reader's and the engine's.
+
+#include <benchmark/benchmark.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/Registration.h"
+#include "core/AppContext.h"
+#include "engine/Engine.h"
+#include "import/ImportRegistration.h"
+#include "import/Map3DColour.h"
+#include "ui/Ui.h"
+
+using engine::Engine;
+using engine::Handle;
+using engine::Point3;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+double seconds(Clock::time_point a, Clock::time_point b) {
+    return std::chrono::duration<double>(b - a).count();
+}
+
+constexpr std::size_t kFacets = 1'000'000;
+constexpr std::size_t kGridWidth = 1000;
+const char* const kCommand = "mnuOpenMap3DWireASC";
+
+// A Ui that answers the open dialog with the benchmark's file and shows nothing.
+class QuietUi : public ui::Ui {
+public:
+    std::string file;
+    ui::Answer msgBox(const std::string&, ui::Buttons, const std::string&) override {
+        return ui::Answer::OK;
+    }
+    std::optional<std::string> inputBox(const std::string&, const std::string&,
+                                        const std::string&) override {
+        return std::nullopt;
+    }
+    std::optional<std::string> openFile(const ui::FileRequest&) override { return file; }
+    std::optional<std::string> saveFile(const ui::FileRequest&) override { return std::nullopt; }
+    std::optional<engine::Rgb> chooseColour(engine::Rgb) override { return std::nullopt; }
+    ui::FormAction showModal(forms::Form&) override { return ui::FormAction::Close; }
+    void setPointer(int shape) override { pointer_ = shape; }
+    int pointer() const override { return pointer_; }
+    void setProgress(int) override {}
+    void setComment(const std::string&) override {}
+    void setStatus(int, const std::string&) override {}
+    void pumpEvents() override {}
+    ui::DateTime now() const override { return {}; }
+
+private:
+    int pointer_ = 1;
+};
+
+// Facet k: a square cell of a gently folded surface, corners in file metres.
+Point3 corner(std::size_t k, int c) {
+    const std::size_t ix = k % kGridWidth + (c == 1 || c == 2), iy = k / kGridWidth + (c >= 2);
+    return {1000.0 + double(ix) * 2.5, 5000.0 + double(iy) * 2.5,
+            -300.0 + double((ix * 7 + iy * 13) % 17) * 0.25};
+}
+int facetCode(std::size_t k) { return int(k % 10) + 1; }
+
+std::string benchFile() {
+    return (std::filesystem::temp_directory_path() / "tarvik-import-bench.asc").string();
+}
+
+void writeFile(const std::string& path) {
+    std::FILE* f = std::fopen(path.c_str(), "wb");
+    if (!f) return;
+    std::vector<char> buf(1 << 20);
+    std::setvbuf(f, buf.data(), _IOFBF, buf.size());
+    for (std::size_t k = 0; k < kFacets; ++k)
+        for (int c = 0; c < 4; ++c) {
+            const Point3 p = corner(k, c);
+            std::fprintf(f, "%.3f %.3f %.3f 0 %d\r\n", p.x, p.y, p.z, facetCode(k));
+        }
+    std::fclose(f);
+}
+
+// The reference: the whole file into memory, then its lines counted.
+double readAndCount(const std::string& path, std::size_t& lines) {
+    const auto t0 = Clock::now();
+    std::FILE* f = std::fopen(path.c_str(), "rb");
+    std::fseek(f, 0, SEEK_END);
+    const long size = std::ftell(f);
+    std::fseek(f, 0, SEEK_SET);
+    std::unique_ptr<char[]> data(new char[std::size_t(size)]);
+    const std::size_t got = std::fread(data.get(), 1, std::size_t(size), f);
+    std::fclose(f);
+    lines = std::size_t(std::count(data.get(), data.get() + got, '\n'));
+    benchmark::DoNotOptimize(data.get());
+    return seconds(t0, Clock::now());
+}
+
+struct Session {
+    explicit Session(const std::string& file) : ctx(ui) {
+        ui.file = file;
+        app::registerAll(ctx);
+        importers::registerImport(ctx);
+        app::startMainForm(ctx);
+    }
+    void import() { ctx.commands.find(kCommand)->handler(ctx); }
+    QuietUi ui;
+    core::AppContext ctx;
+};
+
+// The triangles the import makes, added straight to the engine.
+void addDirect(Engine& e) {
+    const Handle group = e.group_create("ASCModel");
+    auto tri = [&](const Point3& a, const Point3& b, const Point3& c, const engine::Rgb& colour) {
+        const Handle h = e.polygon_create();
+        e.polygon_add_point(h, a);
+        e.polygon_add_point(h, b);
+        e.polygon_add_point(h, c);
+        e.engine_add_polygon(h);
+        e.polygon_set_color_fill(h, colour);
+        e.polygon_set_group(h, group);
+    };
+    for (std::size_t k = 0; k < kFacets; ++k) {
+        Point3 p[4];
+        for (int c = 0; c < 4; ++c) p[c] = corner(k, c) * 10.0;
+        const engine::Rgb colour = importers::map3DColour(facetCode(k));
+        tri(p[0], p[2], p[1], colour);
+        tri(p[0], p[1], p[2], colour);
+        tri(p[0], p[3], p[2], colour);
+        tri(p[0], p[2], p[3], colour);
+    }
+}
+
+long statusKb(const char* key) {
+    std::ifstream f("/proc/self/status");
+    std::string line;
+    const std::size_t len = std::strlen(key);
+    while (std::getline(f, line))
+        if (line.compare(0, len, key) == 0) return std::atol(line.c_str() + len + 1);
+    return -1;
+}
+
+long memoryBase() {
+    bool reset = false;
+    {
+        std::ofstream clear("/proc/self/clear_refs");
+        if (clear) reset = static_cast<bool>(clear << "5");
+    }
+    return reset ? statusKb("VmRSS:") : std::max(statusKb("VmRSS:"), statusKb("VmHWM:"));
+}
+
+int memoryChild(const std::string& how) {
+    if (how == "import") {
+        auto s = std::make_unique<Session>(benchFile());
+        const long base = memoryBase();
+        s->import();
+        std::printf("%ld\n", (statusKb("VmHWM:") - base) * 1024);
+    } else {
+        Engine e;
+        e.engine_load_world("", "", "", 4);
+        const long base = memoryBase();
+        addDirect(e);
+        std::printf("%ld\n", (statusKb("VmHWM:") - base) * 1024);
+    }
+    return 0;
+}
+
+double childBytes(const char* how, std::string& error) {
+    int fds[2];
+    if (pipe(fds) != 0) {
+        error = "pipe failed";
+        return 0;
+    }
+    const pid_t pid = fork();
+    if (pid == 0) {
+        dup2(fds[1], 1);
+        close(fds[0]);
+        execl("/proc/self/exe", "import_bench", "--memory-child", how, nullptr);
+        _exit(127);
+    }
+    close(fds[1]);
+    std::string out;
+    char buf[256];
+    ssize_t got;
+    while ((got = read(fds[0], buf, sizeof buf)) > 0) out.append(buf, std::size_t(got));
+    close(fds[0]);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || out.empty()) {
+        error = std::string("memory child failed: ") + how;
+        return 0;
+    }
+    return std::atof(out.c_str());
+}
+
+void BM_AscImport(benchmark::State& state) {
+    const std::string path = benchFile();
+    writeFile(path);
+    for (auto _ : state) {
+        double reference = 1e30, imported = 1e30;
+        std::size_t lines = 0, polygons = 0;
+        bool logged = false;
+        for (int r = 0; r < 3; ++r) reference = std::min(reference, readAndCount(path, lines));
+        for (int r = 0; r < 2; ++r) {
+            auto s = std::make_unique<Session>(path);
+            const auto t0 = Clock::now();
+            s->import();
+            imported = std::min(imported, seconds(t0, Clock::now()));
+            polygons = s->ctx.engine.polygon_count();
+            logged = !s->ctx.state.strLoadedFiles.empty();
+        }
+        std::string error;
+        const double importBytes = childBytes("import", error);
+        const double directBytes = childBytes("direct", error);
+        if (!error.empty() || !logged) {
+            state.SkipWithError(error.empty() ? "the import did not finish" : error.c_str());
+            break;
+        }
+        state.counters["lines"] = double(lines);
+        state.counters["polygons"] = double(polygons);
+        state.counters["read_count_s"] = reference;
+        state.counters["import_s"] = imported;
+        state.counters["time_ratio"] = imported / reference;
+        state.counters["import_bytes"] = importBytes;
+        state.counters["triangle_bytes"] = directBytes;
+        state.counters["memory_ratio"] = importBytes / directBytes;
+    }
+    std::remove(path.c_str());
+}
+BENCHMARK(BM_AscImport)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 3 && std::strcmp(argv[1], "--memory-child") == 0) return memoryChild(argv[2]);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
