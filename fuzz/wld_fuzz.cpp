@@ -45,7 +45,8 @@ std::string withChecks(const std::string& text) {
         lines[i] = l.substr(0, b) + " " + hex;
     }
     std::string out;
-    for (std::size_t i = 0; i < lines.size(); ++i) out += lines[i] + (i + 1 < lines.size() ? "\n" : "");
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        out += lines[i] + (i + 1 < lines.size() ? "\n" : "");
     return out;
 }
 

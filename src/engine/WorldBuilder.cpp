@@ -39,7 +39,8 @@ std::string checkTables(const Tables& t) {
         if (f) return "the groups' fathers form a loop";
     }
     for (const LightEntry& l : t.lights) {
-        if (l.entity > ng && l.entity != kGoneGroup) return "a light names a group that is not there";
+        if (l.entity > ng && l.entity != kGoneGroup)
+            return "a light names a group that is not there";
         if (!l.location.finite() || !l.target.finite() || !finite(l.ambient) ||
             !finite(l.diffuse) || !finite(l.specular) || !finite(l.shining))
             return "a light has a value that is not a number";
@@ -88,8 +89,7 @@ bool WorldBuilder::begin(Tables tables, std::uint64_t polygonCount, std::uint64_
         if (tables_.groups[i].hasReference) st.setRotateReference(g, tables_.groups[i].reference);
     }
     for (std::size_t i = 0; i < ng; ++i)
-        if (tables_.groups[i].father)
-            st.setFather(std::uint32_t(i + 1), tables_.groups[i].father);
+        if (tables_.groups[i].father) st.setFather(std::uint32_t(i + 1), tables_.groups[i].father);
     nameIds_.assign(tables_.names.size(), 0);
     groupPolygons_.assign(ng + 1, 0);
     reordered_.assign(ng + 1, false);
@@ -147,7 +147,8 @@ bool WorldBuilder::addExtra(ExtraEntry x) {
     if (x.polygon >= added_ || !anyExtra_ || !hasExtra_[x.polygon])
         return fail("polygon data for a polygon that has none");
     if (extrasAdded_ > 0 && x.polygon <= lastExtra_) return fail("polygon data out of order");
-    if (x.bitmap > tables_.bitmaps.size()) return fail("a polygon names a bitmap that is not there");
+    if (x.bitmap > tables_.bitmaps.size())
+        return fail("a polygon names a bitmap that is not there");
     if (!finite(x.rotation)) return fail("a bitmap rotation is not a number");
     for (const Patch& p : x.patches) {
         if (p.points.size() < 3 || p.points.size() > SceneStore::kMaxPointsPerPolygon)

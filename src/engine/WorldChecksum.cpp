@@ -51,7 +51,7 @@ std::uint32_t portable(std::uint32_t crc, const unsigned char* p, std::size_t n)
 
 #if defined(__x86_64__)
 __attribute__((target("sse4.2"))) std::uint32_t hardware(std::uint32_t crc, const unsigned char* p,
-                                                          std::size_t n) {
+                                                         std::size_t n) {
     std::uint64_t c = crc;
     while (n >= 8) {
         std::uint64_t v;

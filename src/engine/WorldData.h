@@ -116,9 +116,9 @@ public:
 
 private:
     const SceneStore* store_ = nullptr;
-    std::vector<std::uint32_t> slots_;      // polygon slots in walk order
-    std::vector<std::uint32_t> nameOf_;     // store name id -> file name
-    std::vector<std::uint32_t> groupOf_;    // store group slot -> file group
+    std::vector<std::uint32_t> slots_;    // polygon slots in walk order
+    std::vector<std::uint32_t> nameOf_;   // store name id -> file name
+    std::vector<std::uint32_t> groupOf_;  // store group slot -> file group
     std::uint64_t points_ = 0;
 };
 
@@ -148,7 +148,7 @@ private:
     friend class ::engine::WorldIO;
     Tables tables_;
     std::unique_ptr<Engine> staging_;
-    std::vector<std::uint32_t> nameIds_;  // file name -> staging name id
+    std::vector<std::uint32_t> nameIds_;        // file name -> staging name id
     std::vector<std::uint32_t> groupPolygons_;  // polygons per file group
     std::vector<bool> reordered_;               // per file group
     std::vector<bool> hasExtra_;                // per polygon, once one has data

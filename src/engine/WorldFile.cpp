@@ -154,9 +154,12 @@ bool decode(world::ByteSource& in, std::string_view head, WorldBuilder& b) {
         return false;
     }
     switch (world::detectFormat(head)) {
-        case world::Detected::State: return world::readState(in, b);
-        case world::Detected::Text: return world::readText(in, b);
-        case world::Detected::Foreign: break;
+        case world::Detected::State:
+            return world::readState(in, b);
+        case world::Detected::Text:
+            return world::readText(in, b);
+        case world::Detected::Foreign:
+            break;
     }
     b.error = world::foreignMessage();
     return false;
@@ -236,8 +239,8 @@ WorldResult writeFile(WorldSource& src, const fs::path& file, const WorldSaveOpt
     std::string tmpl = (dir / ("." + file.filename().string() + ".XXXXXX")).string();
     const int fd = ::mkstemp(tmpl.data());
     if (fd < 0) {
-        r.message = "The world file cannot be written: " + errnoText(errno) + " (" +
-                    file.string() + ")";
+        r.message =
+            "The world file cannot be written: " + errnoText(errno) + " (" + file.string() + ")";
         return r;
     }
     const fs::path tmp(tmpl);
@@ -265,8 +268,8 @@ WorldResult writeFile(WorldSource& src, const fs::path& file, const WorldSaveOpt
     }
     if (!ok) {
         ::unlink(tmp.c_str());
-        r.message = "The world file cannot be written: " +
-                    (err ? errnoText(err) : error) + " (" + file.string() + ")";
+        r.message = "The world file cannot be written: " + (err ? errnoText(err) : error) + " (" +
+                    file.string() + ")";
         return r;
     }
     // The rename itself reaches the disk with the folder.
@@ -341,8 +344,8 @@ WorldResult loadWorldBytes(Engine& e, std::string_view bytes, const fs::path& ba
     return r;
 }
 
-WorldResult addWorldBytes(Engine& e, std::string_view bytes, const fs::path& baseDir,
-                          Point3 offset, std::string_view groupName) {
+WorldResult addWorldBytes(Engine& e, std::string_view bytes, const fs::path& baseDir, Point3 offset,
+                          std::string_view groupName) {
     WorldResult r;
     WorldBuilder b;
     world::MemorySource src(bytes);
@@ -355,7 +358,8 @@ WorldResult addWorldBytes(Engine& e, std::string_view bytes, const fs::path& bas
         return r;
     }
     r.polygons = std::size_t(b.polygonsAdded());
-    r.group = WorldIO::commitAdd(e, b, WorldIO::Placement{baseDir, {}, &r.notes}, offset, groupName);
+    r.group =
+        WorldIO::commitAdd(e, b, WorldIO::Placement{baseDir, {}, &r.notes}, offset, groupName);
     r.ok = r.group != 0;
     if (!r.ok) r.message = "The scene has no room for another group";
     return r;

@@ -89,7 +89,8 @@ std::uint32_t WorldIO::appendPolygon(SceneStore& st, const world::PolygonHead& h
     return s;
 }
 
-// ---- putting a built world into an engine ---------------------------------------------------------
+// ---- putting a built world into an engine
+// ---------------------------------------------------------
 
 namespace {
 
@@ -110,7 +111,8 @@ fs::path locateBitmap(const std::string& ref, const WorldIO::Placement& where, b
     } else {
         tries.push_back(r);
     }
-    if (!where.bitmapDir.empty() && r.has_filename()) tries.push_back(where.bitmapDir / r.filename());
+    if (!where.bitmapDir.empty() && r.has_filename())
+        tries.push_back(where.bitmapDir / r.filename());
     for (const auto& t : tries)
         if (isFile(t)) {
             found = true;
@@ -136,7 +138,8 @@ std::vector<Handle> WorldIO::resolveBitmaps(Engine& target, const world::Tables&
                 where.notes->push_back(found ? "Bitmap cannot be read: " + ref
                                              : "Bitmap not found: " + ref);
             for (std::size_t i = 0; i < target.bitmaps_.size() && !h; ++i)
-                if (target.bitmaps_[i]->path == path) h = makeHandle(Kind::Bitmap, std::uint32_t(i));
+                if (target.bitmaps_[i]->path == path)
+                    h = makeHandle(Kind::Bitmap, std::uint32_t(i));
             if (!h) {
                 auto b = std::make_unique<Engine::BitmapObj>();
                 b->path = path;
@@ -287,14 +290,16 @@ Handle WorldIO::commitAdd(Engine& target, world::WorldBuilder& built, const Plac
     }
 
     std::vector<Handle> groups(t.groups.size());
-    for (std::size_t i = 0; i < groups.size(); ++i) groups[i] = SceneStore::groupHandle(gmap[i + 1]);
+    for (std::size_t i = 0; i < groups.size(); ++i)
+        groups[i] = SceneStore::groupHandle(gmap[i + 1]);
     placeLights(target, t, groups, false);
     target.loaded_ = true;
     ts.touchScene();
     return SceneStore::groupHandle(model);
 }
 
-// ---- the source of a save -------------------------------------------------------------------------
+// ---- the source of a save
+// -------------------------------------------------------------------------
 
 bool world::WorldSource::capture(const Engine& e, Handle group, std::string& error) {
     const SceneStore& st = e.store();
@@ -334,7 +339,8 @@ bool world::WorldSource::capture(const Engine& e, Handle group, std::string& err
 
     auto fileName = [&](std::uint32_t id) -> std::uint32_t {
         if (id == 0) return 0;
-        if (id >= nameOf_.size()) nameOf_.resize(std::max<std::size_t>(id + 1, nameOf_.size() * 2), 0);
+        if (id >= nameOf_.size())
+            nameOf_.resize(std::max<std::size_t>(id + 1, nameOf_.size() * 2), 0);
         if (!nameOf_[id]) {
             nameOf_[id] = std::uint32_t(tables.names.size());
             tables.names.push_back(st.names().text(id));

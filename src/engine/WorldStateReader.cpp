@@ -251,8 +251,8 @@ public:
         if constexpr (std::endian::native == std::endian::big) {
             for (std::size_t k = 0; k < c.used; ++k)
                 for (int a = 0; a < 3; ++a)
-                    c.points[k][a] =
-                        std::bit_cast<double>(fromLittle(std::bit_cast<std::uint64_t>(c.points[k][a])));
+                    c.points[k][a] = std::bit_cast<double>(
+                        fromLittle(std::bit_cast<std::uint64_t>(c.points[k][a])));
         }
         return true;
     }
@@ -399,7 +399,8 @@ bool Reader::decodeExtras(const std::vector<std::uint8_t>& bytes) {
     for (std::uint64_t k = 0; k < n && d.ok(); ++k) {
         ExtraEntry x;
         const std::uint64_t delta = d.varint();
-        if (delta >= polygons_ || next + delta >= polygons_) return fail("section XTRA is not valid");
+        if (delta >= polygons_ || next + delta >= polygons_)
+            return fail("section XTRA is not valid");
         x.polygon = std::uint32_t(next + delta);
         next = x.polygon + 1;
         const std::uint64_t bitmap = d.varint();

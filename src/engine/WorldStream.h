@@ -97,9 +97,7 @@ public:
         }
         bytes.push_back(std::uint8_t(v));
     }
-    void svarint(std::int64_t v) {
-        varint((std::uint64_t(v) << 1) ^ std::uint64_t(v >> 63));
-    }
+    void svarint(std::int64_t v) { varint((std::uint64_t(v) << 1) ^ std::uint64_t(v >> 63)); }
     void text(std::string_view s) {
         varint(s.size());
         bytes.insert(bytes.end(), s.begin(), s.end());

@@ -50,11 +50,21 @@ bool tokenize(std::string_view line, std::vector<Token>& out) {
                 if (i >= line.size()) return false;
                 const char e = line[i++];
                 switch (e) {
-                    case '"': t.text += '"'; break;
-                    case '\\': t.text += '\\'; break;
-                    case 'n': t.text += '\n'; break;
-                    case 'r': t.text += '\r'; break;
-                    case 't': t.text += '\t'; break;
+                    case '"':
+                        t.text += '"';
+                        break;
+                    case '\\':
+                        t.text += '\\';
+                        break;
+                    case 'n':
+                        t.text += '\n';
+                        break;
+                    case 'r':
+                        t.text += '\r';
+                        break;
+                    case 't':
+                        t.text += '\t';
+                        break;
                     case 'x': {
                         if (i + 2 > line.size()) return false;
                         const int hi = hexDigit(line[i]), lo = hexDigit(line[i + 1]);
@@ -63,7 +73,8 @@ bool tokenize(std::string_view line, std::vector<Token>& out) {
                         i += 2;
                         break;
                     }
-                    default: return false;
+                    default:
+                        return false;
                 }
             }
             if (!closed || (i < line.size() && line[i] != ' ')) return false;
@@ -175,7 +186,9 @@ private:
     bool bad(const char* what) {
         return fail("line " + std::to_string(lineNo_) + " (" + what + ") is not valid");
     }
-    bool finished(Fields* f, const char* what) { return f && f->ok() && f->done() ? true : bad(what); }
+    bool finished(Fields* f, const char* what) {
+        return f && f->ok() && f->done() ? true : bad(what);
+    }
     bool parseScene();
     bool parseTables();
     bool parsePolygons();
@@ -448,8 +461,7 @@ bool TextReader::parsePolygons() {
     if (!finished(f, "count")) return false;
     // Each polygon takes a line and each point one more: the counts must fit.
     if (std::uint64_t(polygons) + std::uint64_t(points) > lines_.size()) return bad("count");
-    if (!b_.begin(std::move(tables_), std::uint64_t(polygons), std::uint64_t(points)))
-        return false;
+    if (!b_.begin(std::move(tables_), std::uint64_t(polygons), std::uint64_t(points))) return false;
     std::vector<Point3> pts;
     for (std::int64_t i = 0; i < polygons; ++i)
         if (!parsePolygon(std::uint64_t(i), pts)) return false;
@@ -490,8 +502,7 @@ bool TextReader::run() {
         b_.error = newerMessage(version, kTextVersion);
         return false;
     }
-    if (!section("scene") || !parseScene() || !parseTables() || !parsePolygons() ||
-        !parseOrders())
+    if (!section("scene") || !parseScene() || !parseTables() || !parsePolygons() || !parseOrders())
         return false;
     std::string_view last;
     if (!line(last)) return fail("it is cut short");

@@ -24,7 +24,8 @@ namespace engine::world {
 
 namespace {
 
-const char* const kSections[] = {"scene", "names", "groups", "bitmaps", "lights", "polygons", "orders"};
+const char* const kSections[] = {"scene",  "names",    "groups", "bitmaps",
+                                 "lights", "polygons", "orders"};
 
 // ---- writing ------------------------------------------------------------------------------
 
@@ -74,11 +75,21 @@ void quoted(std::string& out, std::string_view s) {
     out += '"';
     for (unsigned char c : s) {
         switch (c) {
-            case '"': out += "\\\""; break;
-            case '\\': out += "\\\\"; break;
-            case '\n': out += "\\n"; break;
-            case '\r': out += "\\r"; break;
-            case '\t': out += "\\t"; break;
+            case '"':
+                out += "\\\"";
+                break;
+            case '\\':
+                out += "\\\\";
+                break;
+            case '\n':
+                out += "\\n";
+                break;
+            case '\r':
+                out += "\\r";
+                break;
+            case '\t':
+                out += "\\t";
+                break;
             default:
                 if (c < 0x20 || c == 0x7F) {
                     static const char hex[] = "0123456789abcdef";

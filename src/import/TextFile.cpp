@@ -147,10 +147,12 @@ const std::vector<std::string_view>& FieldSplitter::split(std::string_view line,
     const std::size_t n = normalised_.size();
     std::size_t from = 0;
     count_ = 1;
-    for (std::size_t i = 0; i < n; ++i) {
-        if (d[i] != '\t') continue;
-        if (fields_.size() < keep) fields_.emplace_back(d + from, i - from);
-        from = i + 1;
+    for (;;) {
+        const void* tab = from < n ? std::memchr(d + from, '\t', n - from) : nullptr;
+        if (!tab) break;
+        const auto at = static_cast<std::size_t>(static_cast<const char*>(tab) - d);
+        if (fields_.size() < keep) fields_.emplace_back(d + from, at - from);
+        from = at + 1;
         ++count_;
     }
     if (fields_.size() < keep) fields_.emplace_back(d + from, n - from);

@@ -16,8 +16,10 @@ namespace {
 
 const std::map<std::string, std::string>& filters() {
     static const std::map<std::string, std::string> table = {
-        {"STATE-File", "Binary-files(*.STATE)|*.STATE|ASCII-files(*.WLD)|*.wld|All file types (*.*)|*.*"},
-        {"LinkSTATE-File", "Binary-files(*.STATE)|*.STATE|ASCII-files(*.WLD)|*.wld|All file types (*.*)|*.*"},
+        {"STATE-File",
+         "Binary-files(*.STATE)|*.STATE|ASCII-files(*.WLD)|*.wld|All file types (*.*)|*.*"},
+        {"LinkSTATE-File",
+         "Binary-files(*.STATE)|*.STATE|ASCII-files(*.WLD)|*.wld|All file types (*.*)|*.*"},
         {"BMP-File",
          "All Picture Files|*.bmp;*.jpg;*.pic;*.gif;*.wmf;*.emf;|Bitmaps (*.bmp)|*.bmp|JPEG Images "
          "(*.jpg)|*.jpg|PIC Images (*.pic)|*.pic|GIF Images (*.gif)|*.gif|Metafiles "
@@ -25,7 +27,8 @@ const std::map<std::string, std::string>& filters() {
         {"ASC-File",
          "Map3D PNT-files(*.PNT)|*.PNT|Map3D ASC-files(*.ASC)|*.ASC|All file types (*.*)|*.*"},
         {"PNT-File", "Map3D PNT-files(*.PNT)|*.PNT|All file types (*.*)|*.*"},
-        {"MSFile", "Seismic MS-files(*.MS)|*.MS|Seismic TXT-files(*.TXT)|*.TXT|All file types (*.*)|*.*"},
+        {"MSFile",
+         "Seismic MS-files(*.MS)|*.MS|Seismic TXT-files(*.TXT)|*.TXT|All file types (*.*)|*.*"},
         {"QkLFile",
          "Seismic QkL-files(*.QkL; *.TXT)|*.QkL; *.TXT|Seismic TXT-files(*.TXT)|*.TXT|All file "
          "types (*.*)|*.*"},
@@ -39,8 +42,10 @@ const std::map<std::string, std::string>& filters() {
         {"Stress-File", "Stress output from Map3D(*.TXT)|*.TXT|All file types (*.*)|*.*"},
         {"Converted Map3D-File", "Converted Map3D-file(*.MCF)|*.MCF|All file types (*.*)|*.*"},
         {"FOSPoints", "FOS-data(*.MCF)|*.MCF|All file types (*.*)|*.*"},
-        {"DHCollarFile", "Collar-data(*.COL)|*.COL|Collar-data(*.TXT)|*.TXT|All file types (*.*)|*.*"},
-        {"DHSurveyFile", "Survey-data(*.SUR)|*.SUR|Survey-data(*.TXT)|*.TXT|All file types (*.*)|*.*"},
+        {"DHCollarFile",
+         "Collar-data(*.COL)|*.COL|Collar-data(*.TXT)|*.TXT|All file types (*.*)|*.*"},
+        {"DHSurveyFile",
+         "Survey-data(*.SUR)|*.SUR|Survey-data(*.TXT)|*.TXT|All file types (*.*)|*.*"},
         {"DHAttributeFile",
          "Attribute-data(*.ATR)|*.ATR|Attribute-data(*.TXT)|*.TXT|All file types (*.*)|*.*"},
         {"DHOrientJointsFile",

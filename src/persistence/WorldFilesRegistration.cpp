@@ -88,14 +88,14 @@ void registerProcedures(core::ProcedureRegistry& r) {
                        engine::loadWorld(ctx.engine, joined(a.at(1).text(), file), a.at(2).text());
                    return res.ok ? 0 : -1;
                }));
-    r.add(proc("engine_add_world",
-               {ParamKind::Text, ParamKind::Text, ParamKind::Text, ParamKind::Point},
-               [](core::AppContext& ctx, Args& a) -> Value {
-                   const std::string path = joined(a.at(1).text(), a.at(0).text());
-                   const auto res = engine::addWorld(ctx.engine, path, a.at(2).text(), a.at(3).point(),
-                                                     fs::path(path).filename().string());
-                   return res.ok ? res.group : engine::Handle(0);
-               }));
+    r.add(proc(
+        "engine_add_world", {ParamKind::Text, ParamKind::Text, ParamKind::Text, ParamKind::Point},
+        [](core::AppContext& ctx, Args& a) -> Value {
+            const std::string path = joined(a.at(1).text(), a.at(0).text());
+            const auto res = engine::addWorld(ctx.engine, path, a.at(2).text(), a.at(3).point(),
+                                              fs::path(path).filename().string());
+            return res.ok ? res.group : engine::Handle(0);
+        }));
     r.add(proc("engine_save", {ParamKind::Text, ParamKind::Handle, ParamKind::Integer},
                [](core::AppContext& ctx, Args& a) -> Value {
                    engine::WorldSaveOptions opt;

@@ -156,7 +156,8 @@ bool p_subSTATEFileOpen(core::AppContext& ctx) {
     return true;
 }
 
-bool p_subSTATEFileAdd(core::AppContext& ctx, bool bolFirst, bool bolLink, const std::string& path) {
+bool p_subSTATEFileAdd(core::AppContext& ctx, bool bolFirst, bool bolLink,
+                       const std::string& path) {
     auto& s = ctx.state;
     auto& e = ctx.engine;
     // 1
@@ -236,7 +237,8 @@ void mnuSTATEFileOpenMulti(core::AppContext& ctx) {
     auto& f = fileAddForm(ctx);
     f.ensureLoaded();
     if (f.text("txtFolder").empty())
-        f.setText("txtFolder", ctx.state.strFolder.empty() ? programFolder(ctx) : ctx.state.strFolder);
+        f.setText("txtFolder",
+                  ctx.state.strFolder.empty() ? programFolder(ctx) : ctx.state.strFolder);
     else
         f.refresh();
     const ui::FormAction action = ctx.ui.showModal(f);

@@ -108,9 +108,7 @@ bool P_subSaveWorld(core::AppContext& ctx, const std::string& strFileTypeSave, H
     return saveTo(ctx, file, lngGroup, bolBitmaps);
 }
 
-bool mnuSaveCurName(core::AppContext& ctx) {
-    return saveTo(ctx, ctx.state.strFullPath, 0, false);
-}
+bool mnuSaveCurName(core::AppContext& ctx) { return saveTo(ctx, ctx.state.strFullPath, 0, false); }
 
 bool mnuSaveVisibleInfoOnly(core::AppContext& ctx) {
     auto& e = ctx.engine;
@@ -129,7 +127,8 @@ bool mnuSaveVisibleInfoOnly(core::AppContext& ctx) {
     for (std::size_t i = 0; i < moved.size(); ++i) {
         const auto [p, g] = moved[i];
         if (current == 0 || g != last) {
-            current = e.group_create(std::string(kSaveVisibleGroup) + ": " + std::to_string(++count));
+            current =
+                e.group_create(std::string(kSaveVisibleGroup) + ": " + std::to_string(++count));
             e.group_set_father_group(current, top);
             last = g;
         }

@@ -230,10 +230,10 @@ TEST_F(WorldDamage, ContentThatCannotBeIsRefusedEvenWithValidChecks) {
         {"order 1 polygons 2 5 4", "order 1 polygons 2 5 5"},       // a member twice
         {"order 1 polygons 2 5 4", "order 1 polygons 2 5 0"},       // not a member
         {"zoom 1 near", "zoom 0 near"},                             // no usable camera
-        {"\"\"\n\"PR_Tri", "\"x\"\n\"PR_Tri"},                    // names start empty
+        {"\"\"\n\"PR_Tri", "\"x\"\n\"PR_Tri"},                      // names start empty
         {"point 10 10 5 uv", "point 10 10 5 alpha 256 uv"},         // alpha out of range
         {"patch colour 9 8 7 type -4 points 3 1 1 -1 1 2 -1 2 2 -1",
-         "patch colour 9 8 7 type -4 points 2 1 1 -1 1 2 -1"},      // a patch of two points
+         "patch colour 9 8 7 type -4 points 2 1 1 -1 1 2 -1"},  // a patch of two points
     };
     for (const auto& [from, to] : edits) {
         const std::string bad = replaced(text, from, to);

@@ -163,7 +163,8 @@ inline RichScene buildRichScene(Engine& e, const std::filesystem::path& bitmapFi
 
     r.triangle = polygon(e, {{0, 0, 0}, {0, 10, 0}, {10, 10, 0}}, r.top, "PR_Tri\tdata");
     r.quad = polygon(e, {{0, 0, 5}, {0, 10, 5}, {10, 10, 5}, {10, 0, 5}}, r.child,
-                     "Gr\xC3\xB6\xC3\x9F" "e \xE2\x80\x94 \x01\x7F end");
+                     "Gr\xC3\xB6\xC3\x9F"
+                     "e \xE2\x80\x94 \x01\x7F end");
     const Handle gone = polygon(e, {{1, 1, 1}, {1, 2, 1}, {2, 2, 1}}, r.child, "gone");
     r.pentagon = polygon(e, {{0, 0, -1}, {0, 4, -1}, {3, 6, -1}, {6, 4, -1}, {6, 0, -1}},
                          r.grandchild, "PR_Tri\tdata");

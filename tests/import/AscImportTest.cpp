@@ -390,10 +390,11 @@ TEST_F(ImportTest, FileMenuIsHeldWhileAnImportRuns) {
             scripted(c).onPump = [&c, &heldPumps, &openPumps] {
                 // importing: after the file was chosen, with the hourglass up
                 const auto& lines = scripted(c).transcript();
-                const bool chosen = !lines.empty() &&
-                                    std::any_of(lines.begin(), lines.end(), [](const std::string& l) {
-                                        return l.find("\"kind\": \"open\"") != std::string::npos;
-                                    });
+                const bool chosen =
+                    !lines.empty() &&
+                    std::any_of(lines.begin(), lines.end(), [](const std::string& l) {
+                        return l.find("\"kind\": \"open\"") != std::string::npos;
+                    });
                 if (!chosen || c.ui.pointer() != 11) return;
                 (c.commands.find("mnuOpenMap3DWireASC")->enabled ? openPumps : heldPumps) += 1;
             };

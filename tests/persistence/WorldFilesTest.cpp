@@ -14,8 +14,8 @@
 namespace {
 
 using json = nlohmann::json;
-using worldapp::WorldApp;
 using engine::Handle;
+using worldapp::WorldApp;
 
 const char* const kWorldFilter =
     "Binary-files(*.STATE)|*.STATE|ASCII-files(*.WLD)|*.wld|All file types (*.*)|*.*";
@@ -174,7 +174,7 @@ TEST_F(WorldApp, SeveralFilesOpenTheFirstAndAddTheRest) {
     ui::FormAnswer a;
     a.form = "frm26_FileAdd";
     a.controls = {{"txtFolder", dir.path.string()}, {"lstFiles", "b.wld"}, {"cmdAddFile", "1"},
-                  {"lstFiles", "a.STATE"},          {"cmdAddFile", "1"}, {"optOpen", "1"}};
+                  {"lstFiles", "a.STATE"},          {"cmdAddFile", "1"},   {"optOpen", "1"}};
     ui.answerForm(a);
     run("mnuSTATEFileOpenMulti");
     auto& f = ctx.forms.get<forms::Frm26FileAdd>("frm26_FileAdd");

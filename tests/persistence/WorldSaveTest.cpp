@@ -7,8 +7,8 @@
 
 namespace {
 
-using worldapp::WorldApp;
 using engine::Handle;
+using worldapp::WorldApp;
 namespace fs = std::filesystem;
 
 TEST_F(WorldApp, SaveAsksForTheNameAndWritesTheWholeScene) {
@@ -125,7 +125,8 @@ TEST_F(WorldApp, VisibleInformationIsSavedInRunsOfGroups) {
                         "Save visible information group: 4=d",
                         "Save visible information group: 5=f",
                     }));
-    for (Handle g = copy.group_get_next(copy.group_get_first_group()); g; g = copy.group_get_next(g))
+    for (Handle g = copy.group_get_next(copy.group_get_first_group()); g;
+         g = copy.group_get_next(g))
         EXPECT_EQ(copy.group_get_father_group(g), copy.group_get_first_group());
 }
 

@@ -40,11 +40,12 @@ const char* const kScene =
 TEST_F(ScriptTest, AWorldSavedLoadedAndSavedAgainIsTheSameForEachFormat) {
     for (const std::string ext : {".STATE", ".wld"}) {
         const std::string a = dir.file("a" + ext).string(), b = dir.file("b" + ext).string();
-        const ScriptResult r = runScript(std::string(kScene) + "save a" + ext +
-                                             "\ndump d1.json\n"
-                                             "call STATE_engine_load_world \"" +
-                                             a + "\" \"\" \"\" 4\ndump d2.json\nsave b" + ext + "\n",
-                                         withWorldFiles);
+        const ScriptResult r =
+            runScript(std::string(kScene) + "save a" + ext +
+                          "\ndump d1.json\n"
+                          "call STATE_engine_load_world \"" +
+                          a + "\" \"\" \"\" 4\ndump d2.json\nsave b" + ext + "\n",
+                      withWorldFiles);
         ASSERT_EQ(r.rc, 0) << r.err;
         EXPECT_EQ(testsupport::readFile(a), testsupport::readFile(b)) << ext;
         const json d1 = readJson(dir.file("d1.json")), d2 = readJson(dir.file("d2.json"));
