@@ -10,7 +10,7 @@ BUILD ?= build
 CMAKE_FLAGS ?=
 FUZZ_SECONDS ?= 30
 
-.PHONY: all deps configure build run test bench fuzz asan clean demo
+.PHONY: all deps configure build run test bench fuzz asan clean demo install
 
 all: build
 
@@ -48,6 +48,17 @@ asan: deps
 	cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTARVIK_SANITIZE=ON -DTARVIK_GUI=OFF
 	cmake --build build-asan -j$(JOBS)
 	cd build-asan && ASAN_OPTIONS=detect_leaks=1 ctest --output-on-failure -j$(JOBS) --timeout 1800
+
+PREFIX ?= /usr/local
+install: build
+	install -Dm755 $(BUILD)/tarvik $(DESTDIR)$(PREFIX)/bin/tarvik
+	install -Dm755 $(BUILD)/tarvik-cli $(DESTDIR)$(PREFIX)/bin/tarvik-cli
+	install -Dm644 packaging/tarvik.desktop $(DESTDIR)$(PREFIX)/share/applications/tarvik.desktop
+	install -Dm644 packaging/tarvik-state.xml $(DESTDIR)$(PREFIX)/share/mime/packages/tarvik-state.xml
+	install -Dm644 packaging/tarvik-state.svg $(DESTDIR)$(PREFIX)/share/icons/hicolor/scalable/mimetypes/application-x-tarvik-state.svg
+	install -Dm644 packaging/tarvik-state.svg $(DESTDIR)$(PREFIX)/share/icons/hicolor/scalable/apps/tarvik.svg
+	-update-mime-database $(DESTDIR)$(PREFIX)/share/mime
+	-update-desktop-database $(DESTDIR)$(PREFIX)/share/applications
 
 clean:
 	rm -rf $(BUILD) build-bench build-fuzz build-asan

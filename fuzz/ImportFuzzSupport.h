@@ -7,6 +7,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -19,10 +21,18 @@
 
 namespace fuzzsupport {
 
+// One file a process, removed when the process ends.
 inline std::string inputFile(const char* reader) {
-    return (std::filesystem::temp_directory_path() /
-            ("tarvik-fuzz-" + std::string(reader) + "-" + std::to_string(::getpid())))
-        .string();
+    static const std::string path =
+        (std::filesystem::temp_directory_path() /
+         ("tarvik-fuzz-" + std::string(reader) + "-" + std::to_string(::getpid())))
+            .string();
+    static const bool cleanUp = [] {
+        std::atexit([] { std::remove(path.c_str()); });
+        return true;
+    }();
+    (void)cleanUp;
+    return path;
 }
 
 // Runs `import` on the bytes as the chosen file of an "Add".

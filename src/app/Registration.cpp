@@ -11,13 +11,17 @@
 #include "core/MainForm.h"
 #include "core/Navigation.h"
 #include "core/TextProcedures.h"
+#include "import/ImportRegistration.h"
 #include "persistence/SettingsFile.h"
+#include "persistence/WorldFiles.h"
 
 namespace app {
 
 void registerAll(core::AppContext& ctx) {
     core::registerMainFormCommands(ctx);
     core::registerEngineProcedures(ctx.procedures);
+    // after the engine's own: it makes engine_load_world read files
+    persistence::registerWorldFiles(ctx);
     core::registerTextProcedures(ctx.procedures);
     core::installLighting(ctx);
     core::installNavigation(ctx);
@@ -27,6 +31,7 @@ void registerAll(core::AppContext& ctx) {
     builders::registerPlanesAndMarkers(ctx);
     persistence::registerSettings(ctx);
     analysis::registerAnalysis(ctx);
+    importers::registerImport(ctx);
 }
 
 bool startMainForm(core::AppContext& ctx) { return core::Form_Load(ctx); }

@@ -213,7 +213,9 @@ TEST_F(ScriptTest, FailureInsideACommandIsExitOne) {
 }
 
 TEST_F(ScriptTest, WorldFilesWithoutHooksAndWithThem) {
-    ScriptResult r = runScript("open world.STATE\n");
+    // a build whose world-file layer left the hooks empty
+    auto noHooks = [](core::AppContext& ctx) { ctx.worldFiles = {}; };
+    ScriptResult r = runScript("open world.STATE\n", noHooks);
     EXPECT_EQ(r.rc, 1);
     EXPECT_NE(r.err.find("world files are not available in this build"), std::string::npos);
 
