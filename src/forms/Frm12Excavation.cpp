@@ -97,6 +97,11 @@ Frm12Excavation::Frm12Excavation(core::AppContext* ctx) : Form(kName, "Excavatio
         cancelled = true;
         hide();
     };
+    // The catalogues write their row into this dialog and accept it or leave it open.
+    add(ControlKind::CommandButton, "cmdStandardExcavations", "Standard excavations...").onChange =
+        [this] { openCatalogue("frm13_SelectExcStandard"); };
+    add(ControlKind::CommandButton, "cmdStandardLineMarkers", "Standard line markers...").onChange =
+        [this] { openCatalogue("frm14_SelectLMStandard"); };
     relabel();
 }
 
@@ -107,6 +112,11 @@ Frm12Excavation& Frm12Excavation::of(core::AppContext& ctx) {
         f = dynamic_cast<Frm12Excavation*>(ctx.forms.find(kName));
     }
     return *f;
+}
+
+void Frm12Excavation::openCatalogue(const char* name) {
+    if (!ctx_) return;
+    if (Form* f = ctx_->forms.find(name)) ctx_->ui.showModal(*f);
 }
 
 void Frm12Excavation::onQueryClose() {

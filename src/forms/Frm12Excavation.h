@@ -38,6 +38,8 @@ public:
 
     std::string acceptButton() const override { return "cmdOK"; }
     void onQueryClose() override;
+    // Shows a catalogue of standard sections that fills this dialog.
+    void openCatalogue(const char* name);
 
     // The accept button: a width or height that reads as 0 (a blank is 0) is
     // refused with a box and the dialog stays; else the colour is taken, the

@@ -94,3 +94,23 @@ TEST_F(ScriptTest, MarkerAcceptWithoutASymbolAsksForOne) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(ScriptTest, ExcavationDialogOpensItsCatalogueWhichFillsIt) {
+    ScriptResult r = runScript(
+        "answer form frm13_SelectExcStandard accept optExcOrepass=1\n"
+        "run frm12_Excavation.cmdStandardExcavations\n"
+        "get frm12_Excavation.optExcCylinder\n"
+        "get frm12_Excavation.cboExcavationWidth\n");
+    ASSERT_EQ(r.rc, 0) << r.err;
+    const auto forms = r.of("form");
+    ASSERT_EQ(forms.size(), 1u);
+    EXPECT_EQ(forms[0]["name"], "frm13_SelectExcStandard");
+    const auto gets = r.of("get");
+    ASSERT_EQ(gets.size(), 2u);
+    EXPECT_EQ(gets[0]["value"], "1");  // the orepass row is a cylinder
+    EXPECT_EQ(gets[1]["value"], "2.5");
+}
+
+}  // namespace
