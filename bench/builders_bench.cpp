@@ -10,8 +10,8 @@
 //    /proc/self/clear_refs (else the larger of VmRSS and VmHWM before is the base).
 
 #include <benchmark/benchmark.h>
-#include <sys/wait.h>
-#include <unistd.h>
+
+#include "BenchSupport.h"
 
 #include <algorithm>
 #include <array>
@@ -36,10 +36,9 @@ using engine::Point3;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-double seconds(Clock::time_point a, Clock::time_point b) {
-    return std::chrono::duration<double>(b - a).count();
-}
+using bench::Clock;
+using bench::seconds;
+using bench::memoryBase;
 
 constexpr std::size_t kMarkers = 100'000;
 constexpr double kRadius = 10.0;
@@ -105,68 +104,22 @@ struct Session {
     core::AppContext ctx;
 };
 
-long statusKb(const char* key) {
-    std::ifstream f("/proc/self/status");
-    std::string line;
-    const std::size_t len = std::strlen(key);
-    while (std::getline(f, line))
-        if (line.compare(0, len, key) == 0) return std::atol(line.c_str() + len + 1);
-    return -1;
-}
-
-long memoryBase() {
-    bool reset = false;
-    {
-        std::ofstream clear("/proc/self/clear_refs");
-        if (clear) reset = static_cast<bool>(clear << "5");
-    }
-    return reset ? statusKb("VmRSS:") : std::max(statusKb("VmRSS:"), statusKb("VmHWM:"));
-}
-
 // Child mode: place the markers one way and print the peak growth in bytes.
 int memoryChild(const std::string& how) {
     if (how == "builder") {
         auto s = std::make_unique<Session>();
         const long base = memoryBase();
         addMarkers(s->ctx, kMarkers);
-        std::printf("%ld\n", (statusKb("VmHWM:") - base) * 1024);
+        std::printf("%ld\n", bench::peakGrowthBytes(base));
     } else {
         const Template t = quickMarkerTemplate();
         Engine e;
         e.engine_load_world("", "", "", 4);
         const long base = memoryBase();
         addDirect(e, t, kMarkers);
-        std::printf("%ld\n", (statusKb("VmHWM:") - base) * 1024);
+        std::printf("%ld\n", bench::peakGrowthBytes(base));
     }
     return 0;
-}
-
-double childBytes(const char* how, std::string& error) {
-    int fds[2];
-    if (pipe(fds) != 0) {
-        error = "pipe failed";
-        return 0;
-    }
-    const pid_t pid = fork();
-    if (pid == 0) {
-        dup2(fds[1], 1);
-        close(fds[0]);
-        execl("/proc/self/exe", "builders_bench", "--memory-child", how, nullptr);
-        _exit(127);
-    }
-    close(fds[1]);
-    std::string out;
-    char buf[256];
-    ssize_t got;
-    while ((got = read(fds[0], buf, sizeof buf)) > 0) out.append(buf, std::size_t(got));
-    close(fds[0]);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || out.empty()) {
-        error = std::string("memory child failed: ") + how;
-        return 0;
-    }
-    return std::atof(out.c_str());
 }
 
 void BM_QuickMarkers(benchmark::State& state) {
@@ -191,8 +144,8 @@ void BM_QuickMarkers(benchmark::State& state) {
             }
         }
         std::string error;
-        const double builtBytes = childBytes("builder", error);
-        const double directBytes = childBytes("direct", error);
+        const double builtBytes = bench::childBytes("builders_bench", "builder", error);
+        const double directBytes = bench::childBytes("builders_bench", "direct", error);
         if (!error.empty()) {
             state.SkipWithError(error.c_str());
             return;

@@ -15,8 +15,8 @@
 //    index (4000 pixels); the two must agree.
 
 #include <benchmark/benchmark.h>
-#include <sys/wait.h>
-#include <unistd.h>
+
+#include "BenchSupport.h"
 
 #include <algorithm>
 #include <chrono>
@@ -38,10 +38,8 @@ using engine::Point3;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-double seconds(Clock::time_point a, Clock::time_point b) {
-    return std::chrono::duration<double>(b - a).count();
-}
+using bench::Clock;
+using bench::seconds;
 
 constexpr std::size_t kBigCount = 10'000'000;
 constexpr std::size_t kPickCount = 5'000'000;
@@ -105,59 +103,26 @@ double vectorWrite(std::size_t n) {
     return seconds(t0, Clock::now());
 }
 
-long statusKb(const char* key) {
-    std::ifstream f("/proc/self/status");
-    std::string line;
-    const std::size_t len = std::strlen(key);
-    while (std::getline(f, line))
-        if (line.compare(0, len, key) == 0) return std::atol(line.c_str() + len + 1);
-    return -1;
-}
-
 // Child mode: add n triangles to an empty engine and print the peak growth in bytes.
 int memoryChild(std::size_t n) {
     Engine e;
     e.engine_load_world("", "", "", 4);
-    bool reset = false;
-    {
-        std::ofstream clear("/proc/self/clear_refs");
-        if (clear) reset = static_cast<bool>(clear << "5");
-    }
-    const long base = reset ? statusKb("VmRSS:") : std::max(statusKb("VmRSS:"), statusKb("VmHWM:"));
+    const long base = bench::memoryBase();
     addTriangles(e, n);
-    const long peak = statusKb("VmHWM:");
-    std::printf("%ld\n", (peak - base) * 1024);
+    std::printf("%ld\n", bench::peakGrowthBytes(base));
     return 0;
 }
 
 void BM_EngineMemory(benchmark::State& state) {
     for (auto _ : state) {
-        int fds[2];
-        if (pipe(fds) != 0) {
-            state.SkipWithError("pipe failed");
+        std::string error;
+        const double bytes =
+            bench::childBytes("engine_bench", std::to_string(kBigCount).c_str(), error);
+        if (!error.empty()) {
+            state.SkipWithError(error.c_str());
             return;
         }
-        const pid_t pid = fork();
-        if (pid == 0) {
-            dup2(fds[1], 1);
-            close(fds[0]);
-            const std::string n = std::to_string(kBigCount);
-            execl("/proc/self/exe", "engine_bench", "--memory-child", n.c_str(), nullptr);
-            _exit(127);
-        }
-        close(fds[1]);
-        std::string out;
-        char buf[256];
-        ssize_t got;
-        while ((got = read(fds[0], buf, sizeof buf)) > 0) out.append(buf, std::size_t(got));
-        close(fds[0]);
-        int status = 0;
-        waitpid(pid, &status, 0);
-        if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || out.empty()) {
-            state.SkipWithError("memory child failed");
-            return;
-        }
-        state.counters["bytes_per_triangle"] = std::atof(out.c_str()) / double(kBigCount);
+        state.counters["bytes_per_triangle"] = bytes / double(kBigCount);
     }
 }
 BENCHMARK(BM_EngineMemory)->Iterations(1)->Unit(benchmark::kMillisecond);

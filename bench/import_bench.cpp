@@ -15,8 +15,8 @@
 // looked at): the cost measured is the reader's and the engine's.
 
 #include <benchmark/benchmark.h>
-#include <sys/wait.h>
-#include <unistd.h>
+
+#include "BenchSupport.h"
 
 #include <algorithm>
 #include <chrono>
@@ -42,10 +42,9 @@ using engine::Point3;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-double seconds(Clock::time_point a, Clock::time_point b) {
-    return std::chrono::duration<double>(b - a).count();
-}
+using bench::Clock;
+using bench::seconds;
+using bench::memoryBase;
 
 constexpr std::size_t kFacets = 1'000'000;
 constexpr std::size_t kGridWidth = 1000;
@@ -153,66 +152,20 @@ void addDirect(Engine& e) {
     }
 }
 
-long statusKb(const char* key) {
-    std::ifstream f("/proc/self/status");
-    std::string line;
-    const std::size_t len = std::strlen(key);
-    while (std::getline(f, line))
-        if (line.compare(0, len, key) == 0) return std::atol(line.c_str() + len + 1);
-    return -1;
-}
-
-long memoryBase() {
-    bool reset = false;
-    {
-        std::ofstream clear("/proc/self/clear_refs");
-        if (clear) reset = static_cast<bool>(clear << "5");
-    }
-    return reset ? statusKb("VmRSS:") : std::max(statusKb("VmRSS:"), statusKb("VmHWM:"));
-}
-
 int memoryChild(const std::string& how) {
     if (how == "import") {
         auto s = std::make_unique<Session>(benchFile());
         const long base = memoryBase();
         s->import();
-        std::printf("%ld\n", (statusKb("VmHWM:") - base) * 1024);
+        std::printf("%ld\n", bench::peakGrowthBytes(base));
     } else {
         Engine e;
         e.engine_load_world("", "", "", 4);
         const long base = memoryBase();
         addDirect(e);
-        std::printf("%ld\n", (statusKb("VmHWM:") - base) * 1024);
+        std::printf("%ld\n", bench::peakGrowthBytes(base));
     }
     return 0;
-}
-
-double childBytes(const char* how, std::string& error) {
-    int fds[2];
-    if (pipe(fds) != 0) {
-        error = "pipe failed";
-        return 0;
-    }
-    const pid_t pid = fork();
-    if (pid == 0) {
-        dup2(fds[1], 1);
-        close(fds[0]);
-        execl("/proc/self/exe", "import_bench", "--memory-child", how, nullptr);
-        _exit(127);
-    }
-    close(fds[1]);
-    std::string out;
-    char buf[256];
-    ssize_t got;
-    while ((got = read(fds[0], buf, sizeof buf)) > 0) out.append(buf, std::size_t(got));
-    close(fds[0]);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || out.empty()) {
-        error = std::string("memory child failed: ") + how;
-        return 0;
-    }
-    return std::atof(out.c_str());
 }
 
 void BM_AscImport(benchmark::State& state) {
@@ -240,8 +193,8 @@ void BM_AscImport(benchmark::State& state) {
             logged = !s->ctx.state.strLoadedFiles.empty();
         }
         std::string error;
-        const double importBytes = childBytes("import", error);
-        const double directBytes = childBytes("direct", error);
+        const double importBytes = bench::childBytes("import_bench", "import", error);
+        const double directBytes = bench::childBytes("import_bench", "direct", error);
         if (!error.empty() || !logged) {
             state.SkipWithError(error.empty() ? "the import did not finish" : error.c_str());
             break;

@@ -10,6 +10,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "BenchSupport.h"
+
 #include <chrono>
 #include <cstdio>
 #include <random>
@@ -26,10 +28,8 @@ using engine::Point3;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-double seconds(Clock::time_point a, Clock::time_point b) {
-    return std::chrono::duration<double>(b - a).count();
-}
+using bench::Clock;
+using bench::seconds;
 
 constexpr int kSide = 1000;
 constexpr int kEvents = 10'000;

@@ -15,6 +15,8 @@
 // The files go to the folder in TARVIK_BENCH_DIR, else the current folder.
 
 #include <benchmark/benchmark.h>
+
+#include "BenchSupport.h"
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -37,10 +39,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-double seconds(Clock::time_point a, Clock::time_point b) {
-    return std::chrono::duration<double>(b - a).count();
-}
+using bench::Clock;
+using bench::seconds;
 
 constexpr std::size_t kTriangles = 2'000'000;
 constexpr std::size_t kPerObject = 1000;

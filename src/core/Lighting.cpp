@@ -1,6 +1,10 @@
 #include "core/Lighting.h"
 
+#include <tbb/parallel_for.h>
+
+#include <climits>
 #include <memory>
+#include <vector>
 
 #include "core/AngleMath.h"
 #include "core/AppContext.h"
@@ -101,18 +105,35 @@ void P_subLightOff(AppContext& ctx, engine::Handle hGroup) {
 void P_subFlatShading(AppContext& ctx, int intMode, engine::Handle hGroup) {
     engine::Engine& eng = ctx.engine;
     ctx.pointer(kWaitPointer);
+    std::vector<engine::Handle> handles;
     forEachGroupPolygon(eng, hGroup, [&](engine::Handle h) {
-        if (eng.polygon_is_disabled(h)) return true;
-        if (eng.polygon_get_brightness(h) == 0) {
-            eng.polygon_remove_light(h);
-            return true;
-        }
-        engine::Plane plane;
-        if (eng.polygon_get_plane(h, plane) != 0) return true;  // degenerate: nothing to shade
-        int grey = flatShadingGrey(intMode, plane.n);
-        eng.polygon_set_light(h, engine::Rgb{grey, grey, grey});
+        handles.push_back(h);
         return true;
     });
+    // The greys are worked out on every core, then set in the walk's order.
+    constexpr int kLeave = INT_MIN, kNoLight = INT_MIN + 1;  // disabled or degenerate; dark
+    std::vector<int> greys(handles.size());
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, handles.size(), 4096),
+                      [&](const tbb::blocked_range<std::size_t>& r) {
+                          for (std::size_t i = r.begin(); i != r.end(); ++i) {
+                              const engine::Handle h = handles[i];
+                              engine::Plane plane;
+                              if (eng.polygon_is_disabled(h))
+                                  greys[i] = kLeave;
+                              else if (eng.polygon_get_brightness(h) == 0)
+                                  greys[i] = kNoLight;
+                              else if (eng.polygon_get_plane(h, plane) != 0)
+                                  greys[i] = kLeave;
+                              else
+                                  greys[i] = flatShadingGrey(intMode, plane.n);
+                          }
+                      });
+    for (std::size_t i = 0; i < handles.size(); ++i) {
+        if (greys[i] == kNoLight)
+            eng.polygon_remove_light(handles[i]);
+        else if (greys[i] != kLeave)
+            eng.polygon_set_light(handles[i], engine::Rgb{greys[i], greys[i], greys[i]});
+    }
     ctx.pointer(kNormalPointer);
 }
 

@@ -6,13 +6,13 @@
 #include <charconv>
 
 #include "core/AppContext.h"
+#include "engine/TriangleBatch.h"
 #include "import/ImportRun.h"
 #include "import/Map3DColour.h"
 #include "import/Map3DFields.h"
 #include "import/Map3DReaders.h"
 #include "import/ProgressMessage.h"
 #include "import/TextFile.h"
-#include "import/Triangle.h"
 #include "ui/ScriptedUi.h"
 
 namespace importers {
@@ -151,24 +151,53 @@ std::string cornerNames(const AscRecords& rec, std::size_t a, std::size_t b, std
 void buildAsc(ImportRun& run, const AscRecords& rec, engine::Handle group, bool bolVerticeData,
               bool bolTwoSided) {
     engine::Engine& eng = run.context().engine;
-    const std::size_t count = rec.points.size();
-    auto triangle = [&](std::size_t a, std::size_t b, std::size_t c, const engine::Rgb& colour,
-                        bool named) {
-        const engine::Handle h =
-            P_fncTriangle(eng, rec.points[a], rec.points[b], rec.points[c], colour);
-        if (h == 0) return;
-        eng.polygon_set_group(h, group);
-        if (named) eng.polygon_set_name(h, cornerNames(rec, a, b, c));
-    };
-    for (std::size_t i = 0; i + 4 <= count; i += 4) {
-        if (run.interruptRequested()) interrupted();
-        const engine::Rgb colour = map3DColour(rec.codes[i]);
-        const std::size_t p0 = i, p1 = i + 1, p2 = i + 2, p3 = i + 3;
-        triangle(p0, p2, p1, colour, bolVerticeData);
-        if (bolTwoSided) triangle(p0, p1, p2, colour, false);
-        triangle(p0, p3, p2, colour, bolVerticeData);
-        if (bolTwoSided) triangle(p0, p2, p3, colour, bolVerticeData);
-        run.recordBuilt();
+    const std::size_t facets = rec.points.size() / 4;
+    const std::size_t perFacet = bolTwoSided ? 4 : 2;
+    // Corner indices of a facet's triangles in the order they are made, and
+    // whether each carries the corners' values as its name.
+    static constexpr std::size_t kOneSided[2][3] = {{0, 2, 1}, {0, 3, 2}};
+    static constexpr std::size_t kTwoSided[4][3] = {{0, 2, 1}, {0, 1, 2}, {0, 3, 2}, {0, 2, 3}};
+    static constexpr bool kNamedOne[2] = {true, true};
+    static constexpr bool kNamedTwo[4] = {true, false, true, true};
+    const auto& order = bolTwoSided ? kTwoSided : kOneSided;
+    const bool* named = bolTwoSided ? kNamedTwo : kNamedOne;
+
+    constexpr std::size_t kFacetsAtOnce = 1 << 15;
+    std::vector<engine::Point3> corners;
+    std::vector<engine::Rgb> colours;
+    std::vector<std::uint8_t> ok;
+    engine::Handle made[4];
+    for (std::size_t f0 = 0; f0 < facets; f0 += kFacetsAtOnce) {
+        const std::size_t n = std::min(kFacetsAtOnce, facets - f0);
+        corners.resize(n * perFacet * 3);
+        colours.resize(n * perFacet);
+        ok.resize(n * perFacet);
+        for (std::size_t k = 0; k < n; ++k) {
+            const std::size_t i = (f0 + k) * 4;
+            const engine::Rgb colour = map3DColour(rec.codes[i]);
+            for (std::size_t t = 0; t < perFacet; ++t) {
+                colours[k * perFacet + t] = colour;
+                for (std::size_t c = 0; c < 3; ++c)
+                    corners[(k * perFacet + t) * 3 + c] = rec.points[i + order[t][c]];
+            }
+        }
+        // The tests of a whole piece at once; the building stays one facet at a
+        // time so that an interrupt stops it between two facets.
+        engine::triangles_acceptable(corners.data(), n * perFacet, ok.data());
+        for (std::size_t k = 0; k < n; ++k) {
+            if (run.interruptRequested()) interrupted();
+            const std::size_t t0 = k * perFacet;
+            engine::triangles_add(eng, &corners[t0 * 3], &colours[t0], &ok[t0], perFacet, group,
+                                  made);
+            if (bolVerticeData) {
+                const std::size_t i = (f0 + k) * 4;
+                for (std::size_t t = 0; t < perFacet; ++t)
+                    if (made[t] && named[t])
+                        eng.polygon_set_name(made[t], cornerNames(rec, i + order[t][0],
+                                                                  i + order[t][1], i + order[t][2]));
+            }
+            run.recordBuilt();
+        }
     }
 }
 
