@@ -17,6 +17,7 @@
 #include <benchmark/benchmark.h>
 
 #include "BenchSupport.h"
+#include "QuietUi.h"
 
 #include <algorithm>
 #include <chrono>
@@ -34,7 +35,6 @@
 #include "engine/Engine.h"
 #include "import/ImportRegistration.h"
 #include "import/Map3DColour.h"
-#include "ui/Ui.h"
 
 using engine::Engine;
 using engine::Handle;
@@ -44,38 +44,12 @@ namespace {
 
 using bench::Clock;
 using bench::seconds;
+using bench::QuietUi;
 using bench::memoryBase;
 
 constexpr std::size_t kFacets = 1'000'000;
 constexpr std::size_t kGridWidth = 1000;
 const char* const kCommand = "mnuOpenMap3DWireASC";
-
-// A Ui that answers the open dialog with the benchmark's file and shows nothing.
-class QuietUi : public ui::Ui {
-public:
-    std::string file;
-    ui::Answer msgBox(const std::string&, ui::Buttons, const std::string&) override {
-        return ui::Answer::OK;
-    }
-    std::optional<std::string> inputBox(const std::string&, const std::string&,
-                                        const std::string&) override {
-        return std::nullopt;
-    }
-    std::optional<std::string> openFile(const ui::FileRequest&) override { return file; }
-    std::optional<std::string> saveFile(const ui::FileRequest&) override { return std::nullopt; }
-    std::optional<engine::Rgb> chooseColour(engine::Rgb) override { return std::nullopt; }
-    ui::FormAction showModal(forms::Form&) override { return ui::FormAction::Close; }
-    void setPointer(int shape) override { pointer_ = shape; }
-    int pointer() const override { return pointer_; }
-    void setProgress(int) override {}
-    void setComment(const std::string&) override {}
-    void setStatus(int, const std::string&) override {}
-    void pumpEvents() override {}
-    ui::DateTime now() const override { return {}; }
-
-private:
-    int pointer_ = 1;
-};
 
 // Facet k: a square cell of a gently folded surface, corners in file metres.
 Point3 corner(std::size_t k, int c) {

@@ -12,8 +12,11 @@
 #include "core/Navigation.h"
 #include "core/TextProcedures.h"
 #include "import/ImportRegistration.h"
+#include "persistence/Exports.h"
 #include "persistence/SettingsFile.h"
 #include "persistence/WorldFiles.h"
+#include "tools/ToolButtons.h"
+#include "tools/SelectionActions.h"
 
 namespace app {
 
@@ -30,8 +33,11 @@ void registerAll(core::AppContext& ctx) {
     builders::registerObjectInfo(ctx);
     builders::registerPlanesAndMarkers(ctx);
     persistence::registerSettings(ctx);
+    persistence::registerExports(ctx);
     analysis::registerAnalysis(ctx);
     importers::registerImport(ctx);
+    tools::registerSelection(ctx);
+    tools::registerTools(ctx);
 }
 
 bool startMainForm(core::AppContext& ctx) { return core::Form_Load(ctx); }

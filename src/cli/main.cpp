@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/Convert.h"
 #include "cli/script/ScriptSession.h"
 
 namespace {
@@ -81,9 +82,8 @@ int renderMain(int argc, char** argv) {
 }
 
 // ---- convert --------------------------------------------------------------------
-int convertMain(const std::vector<std::string>& /*args*/) {
-    std::cerr << "tarvik-cli: convert is not available in this build\n";
-    return 1;
+int convertMain(const std::vector<std::string>& args) {
+    return cli::runConvert(args, std::cout, std::cerr);
 }
 
 // ---- info -----------------------------------------------------------------------

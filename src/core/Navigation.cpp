@@ -9,6 +9,7 @@
 #include "core/AngleMath.h"
 #include "core/AppContext.h"
 #include "core/Camera.h"
+#include "core/CoordinateLimit.h"
 #include "core/Lighting.h"
 #include "core/MainForm.h"
 #include "forms/Frm03MirrowMain.h"
@@ -366,17 +367,18 @@ void Navigator::keyDown(AppContext& ctx, int key, int shift) {
     if (shift == 0) {
         if (key >= kF1 && key < kF1 + 5) {
             static const char* kSnap1[] = {"Polygon", "Tube", "Line", "Entity", "Group"};
-            mainForm(ctx).setText("cboSnapBox1", kSnap1[key - kF1]);
+            mainForm(ctx).setText("cboSnapSelect1", kSnap1[key - kF1]);
             return;
         }
         if (key >= '1' && key <= '5') {
             static const char* kSnap2[] = {"Surface", "Point", "Edge", "1/2 Edge", "Centre"};
-            mainForm(ctx).setText("cboSnapBox2", kSnap2[key - '1']);
+            mainForm(ctx).setText("cboSnapSelect2", kSnap2[key - '1']);
             return;
         }
         switch (key) {
             case 'M':
                 ctx.comment("Open Menu to open or add files");
+                runCommand(ctx, kFileMenuCommand);
                 return;
             case 'C':
                 ctx.comment("Copy to memory clipboard");
@@ -420,8 +422,9 @@ void Navigator::keyDown(AppContext& ctx, int key, int shift) {
                 runCommand(ctx, "cmdNewRotationPoint");
                 return;
             case 'L':
-                ctx.comment("Measure tool");
+                // The key's line stands over the tool's own prompt.
                 runCommand(ctx, "cmd3DLength");
+                ctx.comment("Measure tool");
                 return;
             case 'U':
                 ctx.comment("Make polygons visible");
@@ -439,6 +442,7 @@ void Navigator::keyDown(AppContext& ctx, int key, int shift) {
                 return;
             case 'P':
                 ctx.comment("Screenshot opened in Scalix");
+                runCommand(ctx, kScreenshotCommand);
                 return;
             case 'Q':
                 Form_QueryUnload(ctx);
@@ -481,6 +485,7 @@ void Navigator::keyDown(AppContext& ctx, int key, int shift) {
 // ---- wiring ------------------------------------------------------------------------
 
 void installNavigation(AppContext& ctx) {
+    if (!ctx.coordinateLimitCheck) ctx.coordinateLimitCheck = p_subCoordinateLimitCheck;
     // Once a context: a second navigator would move the camera twice.
     if (ctx.commands.find("cmdRotatePictureStop")) return;
     auto nav = std::make_shared<Navigator>();

@@ -14,6 +14,11 @@ struct MainState;
 inline constexpr double kKeyDegree = 0.017453292519943278 + 0.0001;
 // Radians a pixel of mouse rotation.
 inline constexpr double kMouseRotate = 0.007;
+// What keys M and P run: the window registers them (the file menu at the
+// mouse, a screenshot shown in the image viewer); without a window the keys
+// only write their lines.
+inline constexpr const char* kFileMenuCommand = "mnuFile";
+inline constexpr const char* kScreenshotCommand = "mnuScreenshot";
 // Wheel notches count as this many lines (the system's usual setting).
 inline constexpr int kWheelLines = 3;
 
@@ -70,9 +75,9 @@ private:
     bool navigated_ = false;
 };
 
-// Registers the navigation commands and procedures, binds the main form's
-// navigation controls and puts a navigator behind picRenderWindow's input
-// (a handler already there keeps running, before it).
+// Registers the navigation commands and procedures and the coordinate limit
+// check, binds the main form's navigation controls and puts a navigator behind
+// picRenderWindow's input (a handler already there keeps running, before it).
 void installNavigation(AppContext& ctx);
 
 }  // namespace core

@@ -19,10 +19,10 @@ Frm03MirrowMain::Frm03MirrowMain() : Form("frm03_MirrowMain", "Tarvik") {
     po.items = {"Perspective", "Orthographic"};
     po.text = "Perspective";
     add(ControlKind::TextBox, "txtComment", "");
-    add(ControlKind::ComboBox, "cboSnapBox1", "Snap to").items = {"Polygon", "Tube", "Line", "Entity", "Group"};
-    at("cboSnapBox1").text = "Polygon";
-    add(ControlKind::ComboBox, "cboSnapBox2", "Snap on").items = {"Surface", "Point", "Edge", "1/2 Edge", "Centre"};
-    at("cboSnapBox2").text = "Surface";
+    add(ControlKind::ComboBox, "cboSnapSelect1", "Snap to").items = {"Polygon", "Tube", "Line", "Entity", "Group"};
+    at("cboSnapSelect1").text = "Polygon";
+    add(ControlKind::ComboBox, "cboSnapSelect2", "Snap on").items = {"Surface", "Point", "Edge", "1/2 Edge", "Centre"};
+    at("cboSnapSelect2").text = "Surface";
 }
 
 }  // namespace forms

@@ -11,8 +11,8 @@
 #include "core/MainForm.h"
 #include "core/Navigation.h"
 #include "gui/MainWindow.h"
-#include "persistence/SettingsFile.h"
 #include "gui/RenderWidget.h"
+#include "persistence/SettingsFile.h"
 #include "render/DemoScene.h"
 
 namespace gui {
@@ -55,15 +55,9 @@ bool Application::loadDemo() {
     return true;
 }
 
-bool Application::openFromCommandLine(const std::string& path) {
-    auto& ctx = *ctx_;
-    ctx.state.bolOpenByAssociation = true;
-    if (!ctx.worldFiles.open) {
-        ctx.ui.msgBox("This kind of file cannot be opened yet: " + path, ui::Buttons::OK, "Open");
-        return false;
-    }
-    const bool ok = ctx.worldFiles.open(ctx, path);
-    core::p_subMainLoop(ctx, true);
+bool Application::openFromCommandLine(const std::string& path, bool add) {
+    const bool ok = window_->openFile(path, add);
+    core::p_subMainLoop(*ctx_, true);
     return ok;
 }
 

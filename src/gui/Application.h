@@ -26,8 +26,9 @@ public:
     bool start();
     // Adds the built-in demo mine and points the camera at it.
     bool loadDemo();
-    // Opens a file named on the command line, as opening by association does.
-    bool openFromCommandLine(const std::string& path);
+    // Opens a file named on the command line: a world as opening by association
+    // does, any other through the reader of its extension; `add` keeps the scene.
+    bool openFromCommandLine(const std::string& path, bool add = false);
 
 private:
     QtUi ui_;

@@ -34,6 +34,8 @@ public:
     void sync();
     QAction* action(const std::string& command) const;
     QMenu* menu(const std::string& path) const;
+    // The menu of the path, made (with its parents) when it is not there yet.
+    QMenu* ensureMenu(const std::string& path) { return menuFor(path); }
     // Commands that live elsewhere in the window (not as tool buttons).
     void keepOffToolbar(const std::string& command) { offToolbar_.push_back(command); }
 

@@ -2,17 +2,29 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCursor>
+#include <QDateTime>
+#include <QDesktopServices>
 #include <QDialog>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileInfo>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSettings>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
+#include <QUrl>
 #include <QVBoxLayout>
 #include <cstdio>
 #include <exception>
@@ -22,8 +34,13 @@
 #include "core/Navigation.h"
 #include "forms/Frm03MirrowMain.h"
 #include "gui/CommandMenus.h"
+#include "gui/CommandPalette.h"
+#include "gui/FileRoute.h"
 #include "gui/FormBinder.h"
+#include "gui/QtUi.h"
+#include "gui/RecentFiles.h"
 #include "gui/RenderWidget.h"
+#include "persistence/WorldFiles.h"
 
 namespace gui {
 
@@ -109,15 +126,56 @@ MainWindow::MainWindow(core::AppContext& ctx, QWidget* parent) : QMainWindow(par
         syncTimers();
     });
 
+    settings_ = std::make_unique<QSettings>("Tarvik", "Tarvik");
+    recent_ = std::make_unique<RecentFiles>(settings_.get());
+    imageViewer = [](const QString& path) {
+        return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+    };
+    setAcceptDrops(true);
+    render_->passShortcut(QKeySequence("Ctrl+Shift+P"));
+    registerWindowCommands();
+    ctx_.windowSettingsChanged = [this](core::AppContext&) { applyWindowSettings(); };
+
     resize(1100, 800);
     syncCommands();
+    recentMenu_ = menus_->ensureMenu("File")->addMenu("Recent Files");
+    recentMenu_->setObjectName("menu:File/Recent Files");
+    rebuildRecentMenu();
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    // The context outlives the window.
+    ctx_.windowSettingsChanged = nullptr;
+}
 
 QLabel* MainWindow::statusPanel(int panel) const {
     if (panel < 1 || panel > static_cast<int>(panels_.size())) return nullptr;
     return panels_[panel - 1];
+}
+
+QtUi* MainWindow::qtUi() const { return dynamic_cast<QtUi*>(&ctx_.ui); }
+
+void MainWindow::registerWindowCommands() {
+    auto add = [this](const char* name, const char* caption, const char* menu, const char* shortcut,
+                      void (MainWindow::*act)()) {
+        if (ctx_.commands.find(name)) return;
+        QPointer<MainWindow> self(this);
+        core::Command c;
+        c.name = name;
+        c.caption = caption;
+        c.menuPath = menu;
+        c.shortcut = shortcut;
+        c.handler = [self, act](core::AppContext&) {
+            if (self) (self.data()->*act)();
+        };
+        ctx_.commands.add(std::move(c));
+    };
+    add(core::kFileMenuCommand, "File menu", "", "", &MainWindow::popUpFileMenu);
+    menus_->keepOffToolbar(core::kFileMenuCommand);
+    add(core::kScreenshotCommand, "Screenshot to image viewer", "View", "",
+        &MainWindow::screenshotToViewer);
+    add("mnuCommandPalette", "Command Palette...", "View", "Ctrl+Shift+P",
+        &MainWindow::showCommandPalette);
 }
 
 void MainWindow::runCommand(const std::string& name) {
@@ -129,6 +187,8 @@ void MainWindow::runCommand(const std::string& name) {
     const bool outer = !running_;
     if (outer) running_ = true;
     auto handler = c->handler;  // the registry may grow while it runs
+    QtUi* port = qtUi();
+    if (port && outer) port->takeLastOpened();
     try {
         handler(ctx_);
     } catch (const std::exception& ex) {
@@ -138,6 +198,14 @@ void MainWindow::runCommand(const std::string& name) {
         QMessageBox::warning(this, "Error", q(name + " failed"));
     }
     if (outer) running_ = false;
+    // A file that a reading command took from its dialog goes to the recent files.
+    if (port && outer) {
+        const auto opened = port->takeLastOpened();
+        if (opened && readsFiles(name) && ctx_.state.bolFileCancelled == 0) {
+            recent_->add(QString::fromStdString(*opened), q(name));
+            rebuildRecentMenu();
+        }
+    }
     syncCommands();
     if (ctx_.state.bolProgramEnding) close();
 }
@@ -260,6 +328,168 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* e) {
         return true;
     }
     return QMainWindow::eventFilter(watched, e);
+}
+
+// ---- settings, files, palette ----------------------------------------------------
+
+void MainWindow::applyWindowSettings() {
+    // What the window has around the form, with the status bar as it is about to be.
+    const bool was = !statusBar()->isHidden(), want = ctx_.settings.statusBarVisible;
+    int aroundW = width() - area_->width(), aroundH = height() - area_->height();
+    if (was && !want) aroundH -= statusBar()->height();
+    if (!was && want) aroundH += statusBar()->sizeHint().height();
+    statusBar()->setVisible(want);
+    const auto& s = ctx_.state;
+    const int w = s.formWidth > 0 ? s.formWidth / kTwipsPerPixel : area_->width();
+    const int h = s.formHeight > 0 ? s.formHeight / kTwipsPerPixel : area_->height();
+    if (!isMinimized() && w > 0 && h > 0) resize(w + aroundW, h + aroundH);
+    layoutForm();
+}
+
+bool MainWindow::openFile(const std::string& path, bool add) {
+    const QFileInfo info(q(path));
+    if (!info.isFile()) {
+        ctx_.ui.msgBox("The file cannot be found: " + path, ui::Buttons::OK, "File does not exist");
+        return false;
+    }
+    if (running_) return false;
+    const std::string full = QDir::cleanPath(info.absoluteFilePath()).toStdString();
+    const auto route = routeFor(ctx_.commands, full, add);
+    if (!route) {
+        const std::string name = info.fileName().toStdString();
+        ctx_.ui.msgBox(knownExtension(extensionOf(full))
+                           ? "This kind of file cannot be opened yet: " + name
+                           : "Tarvik does not read this kind of file: " + name,
+                       ui::Buttons::OK, "Open");
+        return false;
+    }
+    if (route->world) {
+        running_ = true;
+        const bool ok = persistence::p_subAssFileOpen(ctx_, full);
+        running_ = false;
+        if (ok) {
+            recent_->add(q(full), q(route->command));
+            rebuildRecentMenu();
+        }
+        syncCommands();
+        return ok;
+    }
+    QtUi* port = qtUi();
+    if (!port) return false;
+    port->handOverNextOpen(full);
+    runCommand(route->command);
+    port->dropHandOver();
+    return true;
+}
+
+void MainWindow::openRecent(const QString& path, const QString& command) {
+    if (!QFileInfo(path).isFile()) {
+        ctx_.ui.msgBox("The file cannot be found: " + path.toStdString(), ui::Buttons::OK,
+                       "File does not exist");
+        recent_->remove(path);
+        rebuildRecentMenu();
+        return;
+    }
+    const std::string name = command.toStdString();
+    const core::Command* c = ctx_.commands.find(name);
+    if (!c || !c->enabled) {
+        // the command is gone or busy: the extension decides
+        openFile(path.toStdString());
+        return;
+    }
+    if (name == "mnuSTATEFileOpenInitialize") {
+        openFile(path.toStdString());
+        return;
+    }
+    if (QtUi* port = qtUi()) {
+        port->handOverNextOpen(path.toStdString());
+        runCommand(name);
+        port->dropHandOver();
+    }
+}
+
+void MainWindow::rebuildRecentMenu() {
+    if (!recentMenu_) return;
+    recentMenu_->clear();
+    const auto& all = recent_->entries();
+    for (int i = 0; i < static_cast<int>(all.size()); ++i) {
+        const RecentFile f = all[i];
+        QAction* a = recentMenu_->addAction(RecentFiles::menuText(i, f));
+        a->setObjectName(QString("mnuRecentFile%1").arg(i + 1));
+        a->setToolTip(f.path);
+        connect(a, &QAction::triggered, this, [this, f] { openRecent(f.path, f.command); });
+    }
+    if (all.empty()) {
+        recentMenu_->addAction("(no files yet)")->setEnabled(false);
+        return;
+    }
+    recentMenu_->addSeparator();
+    QAction* clear = recentMenu_->addAction("Clear Recent Files");
+    clear->setObjectName("mnuClearRecentFiles");
+    connect(clear, &QAction::triggered, this, [this] {
+        recent_->clear();
+        rebuildRecentMenu();
+    });
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* e) {
+    const QMimeData* m = e->mimeData();
+    if (m && m->hasUrls())
+        for (const QUrl& u : m->urls())
+            if (u.isLocalFile()) {
+                e->acceptProposedAction();
+                return;
+            }
+    e->ignore();
+}
+
+void MainWindow::dropEvent(QDropEvent* e) {
+    const QMimeData* m = e->mimeData();
+    if (!m || !m->hasUrls()) return e->ignore();
+    QStringList files;
+    for (const QUrl& u : m->urls())
+        if (u.isLocalFile()) files << u.toLocalFile();
+    if (files.isEmpty()) return e->ignore();
+    e->acceptProposedAction();
+    // Ctrl keeps the scene; several files: the first opens, the others are added.
+    const bool addFirst = e->modifiers().testFlag(Qt::ControlModifier);
+    // After the drop has finished: the readers show dialogs of their own.
+    QTimer::singleShot(0, this, [this, files, addFirst] {
+        for (int i = 0; i < files.size(); ++i) openFile(files[i].toStdString(), addFirst || i > 0);
+    });
+}
+
+void MainWindow::showCommandPalette() {
+    CommandPalette palette(ctx_.commands, this);
+    if (palette.exec() != QDialog::Accepted || palette.chosen().empty()) return;
+    // The palette ran as a command itself: the choice runs once that has ended.
+    const std::string chosen = palette.chosen();
+    QTimer::singleShot(0, this, [this, chosen] { runCommand(chosen); });
+}
+
+void MainWindow::popUpFileMenu() {
+    QMenu* file = menus_->menu("File");
+    if (!file) return;
+    const QPoint cursor = render_->mapFromGlobal(QCursor::pos());
+    const QPoint at = render_->rect().contains(cursor) ? cursor : render_->rect().center();
+    file->popup(render_->mapToGlobal(at));
+}
+
+void MainWindow::screenshotToViewer() {
+    const QImage picture = render_->grabFramebuffer();
+    const QString name = "Tarvik screenshot " +
+                         QDateTime::currentDateTime().toString("yyyy-MM-dd HH-mm-ss-zzz") + ".png";
+    const QString path = QDir(QDir::tempPath()).filePath(name);
+    if (picture.isNull() || !picture.save(path, "PNG")) {
+        ctx_.ui.msgBox("The screenshot could not be saved: " + path.toStdString(), ui::Buttons::OK,
+                       "Screenshot");
+        return;
+    }
+    lastScreenshot_ = path;
+    if (!imageViewer || !imageViewer(path))
+        ctx_.ui.msgBox("The screenshot was saved as " + path.toStdString() +
+                           " but no picture viewer could show it",
+                       ui::Buttons::OK, "Screenshot");
 }
 
 }  // namespace gui

@@ -5,10 +5,14 @@
 // proMirrowMain with cmdInterruptProcess below.
 
 #include <QMainWindow>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 class QLabel;
+class QMenu;
+class QSettings;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
@@ -23,6 +27,8 @@ namespace gui {
 
 class CommandMenus;
 class FormBinder;
+class QtUi;
+class RecentFiles;
 class RenderWidget;
 
 class MainWindow : public QMainWindow {
@@ -52,9 +58,30 @@ public:
     void showFullComment();
     // Lays the window out for its size (Form_Resize) and places the scene.
     void layoutForm();
+    // The settings changed the form's size or the status bar: the window follows.
+    void applyWindowSettings();
+
+    // Opens a file without a dialog: a world by association, any other file
+    // through the command that reads its extension (its dialog gets the path).
+    // With `add` the scene is kept. False when nothing could read it.
+    bool openFile(const std::string& path, bool add = false);
+    RecentFiles& recentFiles() const { return *recent_; }
+    QMenu* recentMenu() const { return recentMenu_; }
+    // Ctrl+Shift+P: the search box over the commands; the chosen one runs after it closes.
+    void showCommandPalette();
+    // Key M: the file menu at the mouse.
+    void popUpFileMenu();
+    // Key P: the scene saved as a picture and shown in the image viewer.
+    void screenshotToViewer();
+    // Shows a saved screenshot (the desktop's viewer unless replaced); false when it could not.
+    std::function<bool(const QString& path)> imageViewer;
+    // The last screenshot written ("" before the first).
+    const QString& lastScreenshot() const { return lastScreenshot_; }
 
 protected:
     void closeEvent(QCloseEvent* e) override;
+    void dragEnterEvent(QDragEnterEvent* e) override;
+    void dropEvent(QDropEvent* e) override;
     void changeEvent(QEvent* e) override;
     bool eventFilter(QObject* watched, QEvent* e) override;
 
@@ -64,6 +91,10 @@ private:
     void afterInput();
     // Starts and stops timAutoRotate and timSlider as the state asks.
     void syncTimers();
+    void registerWindowCommands();
+    void rebuildRecentMenu();
+    void openRecent(const QString& path, const QString& command);
+    QtUi* qtUi() const;
 
     core::AppContext& ctx_;
     QWidget* area_ = nullptr;
@@ -76,6 +107,10 @@ private:
     QProgressBar* progress_ = nullptr;
     QPushButton* interrupt_ = nullptr;
     std::vector<QLabel*> panels_;
+    std::unique_ptr<QSettings> settings_;
+    std::unique_ptr<RecentFiles> recent_;
+    QMenu* recentMenu_ = nullptr;
+    QString lastScreenshot_;
     QTimer* autoRotate_ = nullptr;
     QTimer* slider_ = nullptr;
     bool running_ = false;

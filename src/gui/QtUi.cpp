@@ -16,6 +16,10 @@
 namespace gui {
 
 namespace {
+constexpr qint64 kPumpMilliseconds = 15;
+}
+
+namespace {
 
 QString q(const std::string& s) { return QString::fromStdString(s); }
 
@@ -98,11 +102,23 @@ std::optional<std::string> QtUi::inputBox(const std::string& prompt, const std::
     return t.toStdString();
 }
 
+std::optional<std::string> QtUi::takeLastOpened() {
+    auto f = std::move(lastOpened_);
+    lastOpened_.reset();
+    return f;
+}
+
 std::optional<std::string> QtUi::openFile(const ui::FileRequest& req) {
+    if (handOver_) {
+        lastOpened_ = std::move(handOver_);
+        handOver_.reset();
+        return lastOpened_;
+    }
     const QString f = QFileDialog::getOpenFileName(parentWidget(), q(req.title), startPath(req),
                                                    q(qtFileFilter(req.filter)));
     if (f.isEmpty()) return std::nullopt;
-    return f.toStdString();
+    lastOpened_ = f.toStdString();
+    return lastOpened_;
 }
 
 std::optional<std::string> QtUi::saveFile(const ui::FileRequest& req) {
@@ -150,6 +166,10 @@ void QtUi::setStatus(int panel, const std::string& text) {
 }
 
 void QtUi::pumpEvents() {
+    // Long loops pump after every record; bringing the menus up to date costs far
+    // more than a record, and a person sees nothing faster than a frame.
+    if (sincePump_.isValid() && sincePump_.elapsed() < kPumpMilliseconds) return;
+    sincePump_.restart();
     if (window_) window_->syncCommands();
     QCoreApplication::processEvents();
 }

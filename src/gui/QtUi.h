@@ -1,7 +1,10 @@
 #pragma once
 // The Ui port with real Qt dialogs, drawing into the main window.
 
+#include <QElapsedTimer>
 #include <QPointer>
+#include <optional>
+#include <string>
 
 #include "ui/Ui.h"
 
@@ -38,12 +41,24 @@ public:
     void requestFrame() override;
     ui::DateTime now() const override;
 
+    // The next open dialog answers with `path` without showing: a file dropped
+    // on the window or picked from the recent files goes to the command's own
+    // dialog this way.
+    void handOverNextOpen(const std::string& path) { handOver_ = path; }
+    // Forgets a handed-over path no dialog took.
+    void dropHandOver() { handOver_.reset(); }
+    // The file the last open dialog gave (handed over or chosen), then forgets it.
+    std::optional<std::string> takeLastOpened();
+
 private:
     QWidget* parentWidget() const;
 
     QPointer<MainWindow> window_;
     int pointer_ = 1;
     bool waitCursor_ = false;
+    std::optional<std::string> handOver_;
+    std::optional<std::string> lastOpened_;
+    QElapsedTimer sincePump_;
 };
 
 }  // namespace gui

@@ -68,6 +68,9 @@ bool RenderWidget::event(QEvent* e) {
     // Every key pressed over the scene belongs to the key table, not to menu shortcuts.
     if (e->type() == QEvent::ShortcutOverride && ctx_.input.onKeyDown) {
         auto* k = static_cast<QKeyEvent*>(e);
+        const QKeySequence pressed(k->keyCombination());
+        for (const QKeySequence& s : passed_)
+            if (s == pressed) return QOpenGLWidget::event(e);
         if (keyCodeOf(k->key()) != 0) {
             e->accept();
             return true;

@@ -3,6 +3,7 @@
 // clicks, moves and wheel turns go to the application's input handlers, the
 // same ones scripts drive.
 
+#include <QKeySequence>
 #include <QOpenGLWidget>
 #include <memory>
 #include <string>
@@ -31,6 +32,8 @@ public:
     render::Renderer* renderer() { return renderer_.get(); }
     // Why the renderer could not start ("" when it did or has not tried).
     const std::string& glError() const { return glError_; }
+    // A window shortcut that works over the scene too (every other key belongs to the key table).
+    void passShortcut(const QKeySequence& k) { passed_.push_back(k); }
     // Frames drawn so far.
     quint64 frames() const { return frames_; }
 
@@ -59,6 +62,7 @@ private:
     bool frameRequested_ = true;
     std::string glError_;
     quint64 frames_ = 0;
+    std::vector<QKeySequence> passed_;
 };
 
 }  // namespace gui

@@ -1,13 +1,16 @@
 // tarvik: the desktop window.
-//   tarvik [FILE]     opens FILE at start
-//   tarvik --demo     starts on the built-in demo mine
+//   tarvik [FILE ...]          opens the first FILE, adds the others
+//   tarvik --demo              starts on the built-in demo mine
+//   tarvik --screenshot PNG    saves a picture of the window and quits
+//          [--palette TEXT] [--info] [--size WxH]
 
 #include <QApplication>
-#include <cstring>
 #include <string>
+#include <vector>
 
 #include "gui/Application.h"
 #include "gui/GlSetup.h"
+#include "gui/ScreenshotMode.h"
 
 int main(int argc, char** argv) {
     gui::setDefaultGlFormat();
@@ -16,18 +19,37 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("Tarvik");
 
     bool demo = false;
-    std::string file;
+    bool screenshot = false;
+    gui::ScreenshotRequest shot;
+    std::vector<std::string> files;
     const QStringList args = QApplication::arguments();
     for (int i = 1; i < args.size(); ++i) {
-        if (args[i] == "--demo")
+        const QString& a = args[i];
+        const bool more = i + 1 < args.size();
+        if (a == "--demo") {
             demo = true;
-        else if (file.empty() && !args[i].startsWith("-"))
-            file = args[i].toStdString();
+        } else if (a == "--screenshot" && more) {
+            screenshot = true;
+            shot.file = args[++i];
+        } else if (a == "--palette" && more) {
+            shot.paletteQuery = args[++i];
+        } else if (a == "--info") {
+            shot.showInfo = true;
+        } else if (a == "--size" && more) {
+            const QStringList wh = args[++i].split('x');
+            if (wh.size() == 2) {
+                shot.width = wh[0].toInt();
+                shot.height = wh[1].toInt();
+            }
+        } else if (!a.startsWith("-")) {
+            files.push_back(a.toStdString());
+        }
     }
 
     gui::Application app;
     if (!app.start()) return 1;
     if (demo) app.loadDemo();
-    if (!file.empty()) app.openFromCommandLine(file);
+    for (std::size_t i = 0; i < files.size(); ++i) app.openFromCommandLine(files[i], i > 0);
+    if (screenshot) gui::scheduleScreenshot(app, shot);
     return qapp.exec();
 }

@@ -3,10 +3,12 @@
 #include "core/AppContext.h"
 #include "forms/Frm12Excavation.h"
 #include "import/ImportCommands.h"
+#include "import/DrillholeReaders.h"
 #include "import/ImportRoute.h"
 #include "import/Map3DColour.h"
 #include "import/Map3DReaders.h"
 #include "import/ProgressMessage.h"
+#include "import/SeismicReaders.h"
 #include "import/Triangle.h"
 
 namespace importers {
@@ -71,6 +73,8 @@ void registerProcedures(core::ProcedureRegistry& r) {
 void registerImport(core::AppContext& ctx) {
     registerProcedures(ctx.procedures);
     registerMap3DReaders(ctx);
+    registerDrillholeReaders(ctx);
+    registerSeismicReaders(ctx);
     // One line per reader family.
     registerImportTable(ctx);
 }

@@ -247,14 +247,10 @@ void Renderer::resetScene() {
     cache_.reset();
 }
 
-void Renderer::render(const engine::Engine& e, const std::vector<engine::TextItem>& texts,
-                      int width, int height, std::optional<unsigned> target) {
+std::size_t Renderer::syncScene(const engine::Engine& e) {
     auto& g = *gl_;
-    if (!g.ready) return;
-    width = std::max(width, 1);
-    height = std::max(height, 1);
-
-    // Bring the GPU up to the scene: only the chunks that changed.
+    if (!g.ready) return 0;
+    // Only the chunks that changed.
     const auto changed = cache_.update(e);
     for (std::size_t i : changed) {
         static const Chunk kEmpty;
@@ -264,6 +260,17 @@ void Renderer::render(const engine::Engine& e, const std::vector<engine::TextIte
     g.stats.chunkUploads += changed.size();
     g.stats.chunks = 0;
     for (const auto& c : g.chunks) g.stats.chunks += (c.vao || c.texVao) ? 1 : 0;
+    return changed.size();
+}
+
+void Renderer::render(const engine::Engine& e, const std::vector<engine::TextItem>& texts,
+                      int width, int height, std::optional<unsigned> target) {
+    auto& g = *gl_;
+    if (!g.ready) return;
+    width = std::max(width, 1);
+    height = std::max(height, 1);
+
+    syncScene(e);
 
     g.ensureFramebuffer(width, height);
     glBindFramebuffer(GL_FRAMEBUFFER, g.fbo);

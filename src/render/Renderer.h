@@ -54,6 +54,9 @@ public:
     // size); without one it stays in the renderer's own, for readPixels.
     void render(const engine::Engine& e, const std::vector<engine::TextItem>& texts, int width,
                 int height, std::optional<unsigned> target = std::nullopt);
+    // Brings the GPU up to the scene (the chunks that changed) without drawing;
+    // render() does it first. Returns the number of chunks uploaded.
+    std::size_t syncScene(const engine::Engine& e);
     // Forgets the scene on the GPU: the next frame uploads every chunk. Needed when
     // the renderer is turned to another engine (it cannot tell two engines apart).
     // The context must be current.

@@ -2,7 +2,10 @@
 // the keys and the main form's view controls, driven without a window.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <string>
+#include <vector>
 
 #include "app/Registration.h"
 #include "core/AppContext.h"
@@ -180,6 +183,23 @@ TEST(Mouse, MiddleDragAndWheelZoom) {
 
 std::string lastComment(Session& t) { return t.s().txtComment; }
 
+// The texts written to the comment box since transcript line `from`, in order
+// (a key's own line comes first; a command it starts may write its prompt after).
+std::vector<std::string> commentsSince(Session& t, std::size_t from) {
+    std::vector<std::string> out;
+    const auto& lines = t.ui.transcript();
+    for (std::size_t i = from; i < lines.size(); ++i) {
+        const std::string& l = lines[i];
+        const std::string key = "\"text\": \"";
+        if (l.find("\"kind\": \"comment\"") == std::string::npos) continue;
+        const auto b = l.find(key);
+        if (b == std::string::npos) continue;
+        const auto e = l.rfind('"');
+        out.push_back(l.substr(b + key.size(), e - b - key.size()));
+    }
+    return out;
+}
+
 TEST(Keys, ShiftArrowsRotateByTheSettingsStep) {
     Session t;
     const double az = t.s().dblCamAzimuth;
@@ -229,11 +249,14 @@ TEST(Keys, BackgroundSnapBoxesAndTheRest) {
     t.ctx.input.onKeyDown(t.ctx, 'B', 0);
     EXPECT_EQ(t.ctx.engine.engine_get_background_color(), (engine::Rgb{0, 0, 0}));
     t.ctx.input.onKeyDown(t.ctx, 113, 0);  // F2
-    EXPECT_EQ(t.main().text("cboSnapBox1"), "Tube");
+    EXPECT_EQ(t.main().text("cboSnapSelect1"), "Tube");
     t.ctx.input.onKeyDown(t.ctx, '4', 0);
-    EXPECT_EQ(t.main().text("cboSnapBox2"), "1/2 Edge");
+    EXPECT_EQ(t.main().text("cboSnapSelect2"), "1/2 Edge");
+    const std::size_t before = t.ui.transcript().size();
     t.ctx.input.onKeyDown(t.ctx, 'L', 0);
-    EXPECT_EQ(lastComment(t), "Measure tool");
+    const auto written = commentsSince(t, before);
+    EXPECT_NE(std::find(written.begin(), written.end(), "Measure tool"), written.end());
+    t.ctx.input.onKeyDown(t.ctx, 27, 0);  // the measuring waits: Esc resets it
     t.s().intRotateSpeedX = 2;
     t.ctx.input.onKeyDown(t.ctx, 'K', 4);
     EXPECT_EQ(lastComment(t), "Stop the continuous rotation of the scene");
@@ -349,6 +372,142 @@ TEST(Installation, TwiceInstallsOnce) {
     const double az = t.s().dblCamAzimuth;
     t.ctx.input.onKeyDown(t.ctx, 37, 1);
     EXPECT_NEAR(t.s().dblCamAzimuth, az + 10 * (0.017453292519943278 + 0.0001), 1e-12);
+}
+
+// Every key of the table with the line it writes in the comment box; the keys
+// whose line is "none" leave the box as it was.
+TEST(KeyTable, EveryKeyWritesItsLine) {
+    struct Row {
+        int key, shift;
+        const char* line;  // nullptr: no line
+    };
+    const Row rows[] = {
+        {37, 1, "Rotate scene in 10m steps"},
+        {40, 1, "Rotate scene in 10m steps"},
+        {38, 2, "Pan scene in 10m steps"},
+        {39, 2, "Pan scene in 10m steps"},
+        {33, 0, "Zoom scene with 1000 factor"},
+        {34, 0, "Zoom scene with 1000 factor"},
+        {'M', 0, "Open Menu to open or add files"},
+        {'C', 0, "Copy to memory clipboard"},
+        {'I', 0, "Initialize the scene"},
+        {'S', 0, "Refresh lighting with spotlight shading"},
+        {'F', 0, "Refresh lighting with flat shading"},
+        {'J', 0, "Refresh lighting with high contrast flat shading"},
+        {'G', 0, "Refresh lighting with Gouraud shading"},
+        {'H', 0, "Refresh lighting by highlighting polygons"},
+        {32, 0, "Reset the scene"},
+        {27, 0, "Reset the scene"},
+        {8, 0, "Reset the scene"},
+        {'B', 0, "Change background colour to black"},
+        {'W', 0, "Change background colour to white"},
+        {'R', 0, "Select a new rotation point"},
+        {'L', 0, "Measure tool"},
+        {'U', 0, "Make polygons visible"},
+        {'Y', 0, "Make polygons opaque"},
+        {'P', 0, "Screenshot opened in Scalix"},
+        {37, 0, "Rotate the scene continuously"},
+        {40, 0, "Rotate the scene continuously"},
+        {'T', 0, nullptr},
+        {'Z', 0, nullptr},
+        {112, 0, nullptr},
+        {116, 0, nullptr},
+        {'1', 0, nullptr},
+        {'5', 0, nullptr},
+        {'K', 0, "Stop the continuous rotation of the scene"},
+        {'W', 1, "Stop the continuous rotation of the scene"},
+        {'P', 4, "Stop the continuous rotation of the scene"},
+        {117, 0, "Stop the continuous rotation of the scene"},  // F6 is not in the table
+        {'6', 0, "Stop the continuous rotation of the scene"},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE("key " + std::to_string(r.key) + " shift " + std::to_string(r.shift));
+        Session t;
+        // keys that start a selection tool bring up its scope form: closed at once
+        if (r.key == 'Y' || r.key == 'T' || r.key == 'Z') {
+            ui::FormAnswer close;
+            close.form = r.key == 'Z' ? "frm12_Excavation" : "frm22_Selection";
+            close.action = ui::FormAction::Close;
+            t.ui.answerForm(close);
+        }
+        const std::size_t before = t.ui.transcript().size();
+        try {
+            t.ctx.input.onKeyDown(t.ctx, r.key, r.shift);
+        } catch (const std::exception& ex) {
+            ADD_FAILURE() << ex.what();
+        }
+        const auto written = commentsSince(t, before);
+        if (r.line) {
+            // a tool the key starts may prompt around it, but the line is there
+            EXPECT_NE(std::find(written.begin(), written.end(), r.line), written.end())
+                << "wrote: " << (written.empty() ? "nothing" : written.front());
+        } else {
+            // the tool a key starts may prompt, but the key writes no line of the table
+            for (const std::string& w : written)
+                for (const Row& other : rows)
+                    if (other.line) EXPECT_NE(w, other.line) << "key " << r.key;
+        }
+    }
+}
+
+TEST(KeyTable, QAsksToExitAndNoKeepsTheProgram) {
+    Session t;
+    t.ctx.comment("before");
+    t.ui.answerMsgBox(ui::Answer::No);
+    t.ctx.input.onKeyDown(t.ctx, 'Q', 0);
+    EXPECT_EQ(lastComment(t), "before");
+    EXPECT_FALSE(t.s().bolProgramEnding);
+    EXPECT_NE(t.s().F_h_lngCamera, 0u);
+    bool asked = false;
+    for (const auto& l : t.ui.transcript())
+        if (l.find("Do you want to exit the program?") != std::string::npos) asked = true;
+    EXPECT_TRUE(asked);
+}
+
+TEST(KeyTable, MAndPRunTheWindowsCommandsWhenThereIsAWindow) {
+    Session t;
+    // without a window neither command exists: the line alone, nothing fails
+    t.ctx.input.onKeyDown(t.ctx, 'M', 0);
+    t.ctx.input.onKeyDown(t.ctx, 'P', 0);
+    EXPECT_EQ(lastComment(t), "Screenshot opened in Scalix");
+
+    int menus = 0, shots = 0;
+    t.ctx.commands.add({core::kFileMenuCommand, "File menu", "", "", "", [&](core::AppContext& c) {
+                            // the line is already there when the menu opens
+                            EXPECT_EQ(c.state.txtComment, "Open Menu to open or add files");
+                            ++menus;
+                        }});
+    t.ctx.commands.add(
+        {core::kScreenshotCommand, "Screenshot", "", "", "", [&](core::AppContext&) { ++shots; }});
+    t.ctx.input.onKeyDown(t.ctx, 'M', 0);
+    EXPECT_EQ(menus, 1);
+    EXPECT_EQ(shots, 0);
+    t.ctx.input.onKeyDown(t.ctx, 'P', 0);
+    EXPECT_EQ(shots, 1);
+    // with another shift state they are other keys
+    t.ctx.input.onKeyDown(t.ctx, 'M', 1);
+    t.ctx.input.onKeyDown(t.ctx, 'P', 2);
+    EXPECT_EQ(menus, 1);
+    EXPECT_EQ(shots, 1);
+    // a disabled command stays shut
+    t.ctx.commands.findMutable(core::kScreenshotCommand)->enabled = false;
+    t.ctx.input.onKeyDown(t.ctx, 'P', 0);
+    EXPECT_EQ(shots, 1);
+}
+
+TEST(KeyTable, TheStepsOfTheLinesFollowTheSettings) {
+    Session t;
+    t.ctx.settings.sngRotationDegrees = 2.5f;
+    t.ctx.settings.lngPanAmount = 25;
+    t.ctx.settings.lngZoomAmount = 250;
+    t.ctx.input.onKeyDown(t.ctx, 39, 1);
+    EXPECT_EQ(lastComment(t), "Rotate scene in 2.5m steps");
+    t.ctx.input.onKeyDown(t.ctx, 37, 2);
+    EXPECT_EQ(lastComment(t), "Pan scene in 25m steps");
+    const double d = t.s().dblCamDistance;
+    t.ctx.input.onKeyDown(t.ctx, 34, 0);
+    EXPECT_EQ(lastComment(t), "Zoom scene with 250 factor");
+    EXPECT_EQ(t.s().dblCamDistance, d - 250);
 }
 
 }  // namespace

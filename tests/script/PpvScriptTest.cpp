@@ -57,6 +57,7 @@ TEST_F(PpvScriptTest, TwoEventsAtAHundredMetresFromTheMenu) {
     const std::string file = events("20060629 132944 100 0 0 2\n20060629 132944 100 0 0 2\n");
     ScriptResult r = runScript(kModel + "answer open \"" + file +
                                    "\"\n"
+                                   "answer form frm21_DataChanges accept\n"
                                    "answer form frm30_ImportPPV accept\n"
                                    "run mnuImportSeismicEvents\n"
                                    "call polygon_get_color $NEAR\n"
