@@ -26,7 +26,7 @@ have_display() {
 }
 
 if have_display && [ -x "$build/tarvik" ]; then
-  exec "$build/tarvik" "${demo_args[@]}"
+  exec "$build/tarvik" --fit "${demo_args[@]}"
 fi
 
 if [ ! -x "$build/tarvik-cli" ]; then

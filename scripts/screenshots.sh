@@ -12,6 +12,10 @@ if [ ! -x "$app" ]; then
 fi
 command -v xvfb-run >/dev/null || { echo "screenshots: xvfb-run is needed" >&2; exit 1; }
 
+# The demo model when it has been made (make demo), else the built-in scene.
+model=--demo
+[ -f samples/demo/demo.STATE ] && model=samples/demo/demo.STATE
+
 out=docs/user/images
 mkdir -p "$out"
 # A settings folder of its own, so no one's recent files show in the pictures.
@@ -22,7 +26,7 @@ export XDG_CONFIG_HOME="$config" QT_QPA_PLATFORM=xcb LIBGL_ALWAYS_SOFTWARE=1
 shoot() {
   local name="$1"; shift
   timeout 60 xvfb-run -a -s "-screen 0 1280x1024x24" \
-    "$app" --demo --size 960x680 --screenshot "$out/$name" "$@"
+    "$app" --fit "$model" --size 1200x800 --screenshot "$out/$name" "$@"
 }
 
 shoot window.png

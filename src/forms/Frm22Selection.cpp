@@ -17,7 +17,7 @@ constexpr const char* kScopeCaptions[Frm22Selection::kScopeCount] = {
 };
 
 // The scopes each action offers, in the order of kScopeOptions. The rubber band
-// waits for its own tool and is offered by none.
+// takes what is in view, so the unhide, which looks among hidden polygons, has none.
 struct Offer {
     Action action;
     const char* caption;
@@ -25,18 +25,18 @@ struct Offer {
 };
 
 constexpr Offer kOffers[] = {
-    {Action::Delete, "Delete", {true, true, true, true, true, true, true, true, false}},
-    {Action::Hide, "Hide", {true, true, true, true, true, false, false, false, false}},
+    {Action::Delete, "Delete", {true, true, true, true, true, true, true, true, true}},
+    {Action::Hide, "Hide", {true, true, true, true, true, false, false, false, true}},
     {Action::PartialHide,
      "Partial hide",
-     {true, true, true, true, true, true, false, false, false}},
+     {true, true, true, true, true, true, false, false, true}},
     {Action::PartialUnhide,
      "Partial unhide",
-     {true, true, true, true, true, true, false, true, false}},
+     {true, true, true, true, true, true, false, true, true}},
     {Action::ChangeColour,
      "Change colour",
-     {true, true, true, true, true, true, true, true, false}},
-    {Action::ChangeName, "Change name", {true, true, true, true, true, true, true, true, false}},
+     {true, true, true, true, true, true, true, true, true}},
+    {Action::ChangeName, "Change name", {true, true, true, true, true, true, true, true, true}},
     // Hidden polygons cannot be clicked: the click names what to look in.
     {Action::Unhide, "Unhide", {true, false, true, true, true, false, true, true, false}},
 };

@@ -44,15 +44,19 @@ bool Application::start() {
 bool Application::loadDemo() {
     auto& ctx = *ctx_;
     if (render::buildDemoScene(ctx.engine) == 0) return false;
-    engine::Point3 lo, hi;
-    ctx.engine.group_bounding_box(0, lo, hi);
     core::setRotationCentre(ctx, ctx.engine.group_get_center_of_mass(0));
     if (!core::p_subInitializeCamera(ctx, false)) return false;
-    // Start close enough to see the mine fill most of the window.
+    fitView();
+    return true;
+}
+
+void Application::fitView() {
+    auto& ctx = *ctx_;
+    engine::Point3 lo, hi;
+    if (!ctx.engine.group_bounding_box(0, lo, hi)) return;
     const double size = engine::length(hi - lo);
     if (size > 0 && std::isfinite(size)) ctx.state.dblCamDistance = std::max(size * 1.1, 238.0);
     core::p_subMainLoop(ctx, true);
-    return true;
 }
 
 bool Application::openFromCommandLine(const std::string& path, bool add) {

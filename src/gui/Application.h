@@ -26,6 +26,8 @@ public:
     bool start();
     // Adds the built-in demo mine and points the camera at it.
     bool loadDemo();
+    // The camera close enough that the whole scene fills most of the window.
+    void fitView();
     // Opens a file named on the command line: a world as opening by association
     // does, any other through the reader of its extension; `add` keeps the scene.
     bool openFromCommandLine(const std::string& path, bool add = false);

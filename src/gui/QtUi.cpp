@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QDateTime>
+#include <QDesktopServices>
+#include <QUrl>
 #include <QDir>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -175,6 +177,13 @@ void QtUi::pumpEvents() {
 }
 
 void QtUi::beep() { QApplication::beep(); }
+
+bool QtUi::openExternal(const std::string& path) {
+    const QString p = QString::fromStdString(path);
+    // A link may be a web address as well as a file.
+    const QUrl url = p.contains(QStringLiteral("://")) ? QUrl(p) : QUrl::fromLocalFile(p);
+    return QDesktopServices::openUrl(url);
+}
 
 void QtUi::setFocus() {
     if (window_) window_->renderWidget()->setFocus();

@@ -37,6 +37,7 @@ public:
     void setStatus(int panel, const std::string& text) override;
     void pumpEvents() override;
     void beep() override;
+    bool openExternal(const std::string& path) override;
     void setFocus() override;
     void requestFrame() override;
     ui::DateTime now() const override;

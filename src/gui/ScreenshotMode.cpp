@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QDialog>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QTimer>
@@ -45,6 +47,18 @@ void hoverOverScene(core::AppContext& ctx, MainWindow& w) {
 }
 
 }  // namespace
+
+void closeBoxesUnattended() {
+    auto* timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, [] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* box = qobject_cast<QMessageBox*>(modal))
+            box->close();
+        else if (auto* dialog = qobject_cast<QDialog*>(modal))
+            dialog->accept();  // a form takes what it holds
+    });
+    timer->start(200);
+}
 
 void scheduleScreenshot(Application& app, const ScreenshotRequest& r) {
     MainWindow& w = app.window();

@@ -16,6 +16,10 @@ struct ScreenshotRequest {
     int width = 0, height = 0;  // window size; 0 keeps the default
 };
 
+// Pictures are taken unattended: from now on a message box that comes up (the
+// warning a far-off model brings, say) is closed, and a form accepted as it stands.
+void closeBoxesUnattended();
+
 // Starts the timers that take the picture and quit; the exit code is 0 when it was saved.
 void scheduleScreenshot(Application& app, const ScreenshotRequest& request);
 

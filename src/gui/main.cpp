@@ -1,6 +1,7 @@
 // tarvik: the desktop window.
 //   tarvik [FILE ...]          opens the first FILE, adds the others
 //   tarvik --demo              starts on the built-in demo mine
+//   tarvik --fit FILE ...      brings the camera close to the model once it is open
 //   tarvik --screenshot PNG    saves a picture of the window and quits
 //          [--palette TEXT] [--info] [--size WxH]
 
@@ -19,6 +20,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("Tarvik");
 
     bool demo = false;
+    bool fit = false;
     bool screenshot = false;
     gui::ScreenshotRequest shot;
     std::vector<std::string> files;
@@ -28,6 +30,8 @@ int main(int argc, char** argv) {
         const bool more = i + 1 < args.size();
         if (a == "--demo") {
             demo = true;
+        } else if (a == "--fit") {
+            fit = true;
         } else if (a == "--screenshot" && more) {
             screenshot = true;
             shot.file = args[++i];
@@ -48,8 +52,10 @@ int main(int argc, char** argv) {
 
     gui::Application app;
     if (!app.start()) return 1;
+    if (screenshot) gui::closeBoxesUnattended();
     if (demo) app.loadDemo();
     for (std::size_t i = 0; i < files.size(); ++i) app.openFromCommandLine(files[i], i > 0);
+    if (fit && !files.empty()) app.fitView();
     if (screenshot) gui::scheduleScreenshot(app, shot);
     return qapp.exec();
 }

@@ -6,6 +6,7 @@
 #include "builders/MarkerSpheres.h"
 #include "core/AppContext.h"
 #include "core/MainForm.h"
+#include "tools/ExtraTools.h"
 #include "tools/SelectionDispatch.h"
 #include "tools/Snap.h"
 #include "tools/ToolSession.h"
@@ -45,6 +46,10 @@ void endOfPass(core::AppContext& ctx) {
 bool stepSelection(core::AppContext& ctx, const Click& c,
                    std::initializer_list<const char*> flags) {
     if (!anyOf(ctx.state, flags)) return false;
+    if (bandScopeArmed(ctx)) {
+        bandSelect(ctx, c.shift);
+        return true;
+    }
     const engine::PickHit hit = pickInBand(ctx, c.x, c.y);
     P_subSelectAccept(ctx, hit.polygon, c.shift);
     return true;
@@ -125,6 +130,7 @@ void picRenderWindow_MouseUp(core::AppContext& ctx, int button, int shift, doubl
     ToolSession& ts = toolSession(ctx);
     ts.bolSnapFailed = false;
     s.bolAllowNavigate = false;
+    deleteBandPolygons(ctx);
     // 2
     if (button == 2 && shift != 2) {
         rightButton(ctx);
@@ -143,15 +149,21 @@ void picRenderWindow_MouseUp(core::AppContext& ctx, int button, int shift, doubl
         return;
     }
     const Click c{shift, x, y};
+    if (stepLink(ctx, c)) {
+        endOfPass(ctx);
+        return;
+    }
     const bool taken = stepSelection(ctx, c, {"bolChangeName"}) ||
                        stepSelection(ctx, c, {"bolDeleteGroup"}) || stepNewRotation(ctx, c) ||
                        stepMoveCopy(ctx, c) || stepMeasure(ctx, c) ||
                        stepSelection(ctx, c, {"bolHideGroup", "bolUnhideGroup"}) ||
+                       stepHideExcept(ctx, c) ||
                        stepSelection(ctx, c, {"bolPartialHideGroup"}) ||
                        stepSelection(ctx, c, {"bolPartialUnhideGroup"}) ||
                        stepSelection(ctx, c, {"bolChangeColour"}) || stepExcavation(ctx, c) ||
                        stepPlanes(ctx, c) || stepMarker(ctx, c) || stepPolygon(ctx, c) ||
-                       stepObtainColour(ctx, c) || stepPointMove(ctx, c);
+                       stepObtainColour(ctx, c) || stepPointMove(ctx, c) ||
+                       stepGridCentre(ctx, c);
     (void)taken;
     if (!s.toolArmed()) s.bolAllowNavigate = true;
     endOfPass(ctx);

@@ -104,6 +104,44 @@ long enableAllHidden(core::AppContext& ctx) {
     return n;
 }
 
+// One polygon's change by the action.
+struct ActOn {
+    core::AppContext& ctx;
+    SelectionAction a;
+    int level;
+    engine::Rgb colour;
+    const std::string& newName;
+    void operator()(Handle p) const {
+        auto& eng = ctx.engine;
+        switch (a) {
+            case SelectionAction::Delete:
+                eng.polygon_delete(p);
+                break;
+            case SelectionAction::Hide:
+                eng.polygon_disable(p);
+                break;
+            case SelectionAction::PartialHide: {
+                auto& list = Frm22Selection::of(ctx).translucentPolygons;
+                if (eng.polygon_get_translucent(p) == 0) list.push_back(p);
+                eng.polygon_set_translucent(p, level);
+                break;
+            }
+            case SelectionAction::PartialUnhide:
+                eng.polygon_set_translucent(p, 0);
+                break;
+            case SelectionAction::ChangeColour:
+                eng.polygon_set_color_fill(p, colour);
+                break;
+            case SelectionAction::ChangeName:
+                eng.polygon_set_name(p, newName);
+                break;
+            case SelectionAction::Unhide:
+                eng.polygon_enable(p);
+                break;
+        }
+    }
+};
+
 }  // namespace
 
 const SelectionActionInfo& selectionActionInfo(SelectionAction a) { return actionText(a).info; }
@@ -155,35 +193,7 @@ long applySelectionAction(core::AppContext& ctx, SelectionAction a, Handle hPoly
     }
     if (form.backupAsked()) takeBackup(ctx);
 
-    const int level = form.transLevel();
-    const engine::Rgb colour = form.lastColour;
-    auto act = [&](Handle p) {
-        switch (a) {
-            case SelectionAction::Delete:
-                eng.polygon_delete(p);
-                break;
-            case SelectionAction::Hide:
-                eng.polygon_disable(p);
-                break;
-            case SelectionAction::PartialHide:
-                if (eng.polygon_get_translucent(p) == 0) form.translucentPolygons.push_back(p);
-                eng.polygon_set_translucent(p, level);
-                break;
-            case SelectionAction::PartialUnhide:
-                eng.polygon_set_translucent(p, 0);
-                break;
-            case SelectionAction::ChangeColour:
-                eng.polygon_set_color_fill(p, colour);
-                break;
-            case SelectionAction::ChangeName:
-                eng.polygon_set_name(p, newName);
-                break;
-            case SelectionAction::Unhide:
-                eng.polygon_enable(p);
-                break;
-        }
-    };
-
+    const ActOn act{ctx, a, form.transLevel(), form.lastColour, newName};
     long n = 0;
     if (group != 0 && a == SelectionAction::Delete) {
         // The groups go with their polygons, and out of the added list.
@@ -208,7 +218,7 @@ long applySelectionAction(core::AppContext& ctx, SelectionAction a, Handle hPoly
         ctx.pointer(11);
         const SceneFilter filter =
             sceneFilterFor(eng, scope, hPolygon, a == SelectionAction::Unhide);
-        n = walkScene(ctx, filter, act);
+        n = walkScene(ctx, filter, std::function<void(Handle)>(act));
     }
     pruneTranslucent(ctx);
     return n;
@@ -244,6 +254,36 @@ void P_subSelectAccept(core::AppContext& ctx, Handle hPolygon, int intShift) {
     }
     ctx.comment(actionText(a).doneText + std::to_string(n));
     if (point) ctx.status(3, statusPointText(*point));
+    if (intShift != 1) endTool(ctx, a);
+    finishPass(ctx);
+}
+
+void P_subSelectBand(core::AppContext& ctx, const std::vector<Handle>& polygons, int intShift) {
+    SelectionAction a;
+    if (!armedSelectionAction(ctx, a)) return;
+    auto& eng = ctx.engine;
+    auto& form = Frm22Selection::of(ctx);
+    std::string newName;
+    if (a == SelectionAction::ChangeName) {
+        std::optional<std::string> name = builders::editInfoText(
+            ctx, polygons.empty() ? "" : eng.entity_get_name(polygons.front()));
+        if (!name) {
+            ctx.state.bolDialogCancelled = false;
+            core::p_subResetAndCleanup(ctx);
+            return;
+        }
+        newName = std::move(*name);
+    }
+    if (form.backupAsked() && !polygons.empty()) takeBackup(ctx);
+    const ActOn act{ctx, a, form.transLevel(), form.lastColour, newName};
+    long n = 0;
+    for (Handle p : polygons) {
+        if (!eng.polygon_is_in_world(p)) continue;
+        act(p);
+        ++n;
+    }
+    pruneTranslucent(ctx);
+    ctx.comment(actionText(a).doneText + std::to_string(n));
     if (intShift != 1) endTool(ctx, a);
     finishPass(ctx);
 }

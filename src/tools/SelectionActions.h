@@ -51,6 +51,11 @@ void allOpaque(core::AppContext& ctx);
 // (no father for "Group") or a dialog was cancelled.
 long applySelectionAction(core::AppContext& ctx, SelectionAction a, engine::Handle hPolygon);
 
+// The action on the polygons inside a rubber band (the scope "Rubberband"), with
+// the comment and the end of the tool as for a click.
+void P_subSelectBand(core::AppContext& ctx, const std::vector<engine::Handle>& polygons,
+                     int intShift);
+
 // Takes the groups out of F_h_lngAddedGroups, keeping the order of the rest.
 void removeFromAddedGroups(core::AppContext& ctx, const std::vector<engine::Handle>& groups);
 

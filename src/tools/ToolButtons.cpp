@@ -12,6 +12,7 @@
 #include "forms/Frm15DiscPlane.h"
 #include "forms/Frm24Polygon.h"
 #include "tools/Dispatcher.h"
+#include "tools/ExtraTools.h"
 #include "tools/MeasureTool.h"
 #include "tools/PolygonTool.h"
 #include "tools/Snap.h"
@@ -216,6 +217,7 @@ void registerTools(AppContext& ctx) {
         }
     }
     registerProcedures(ctx);
+    registerExtraTools(ctx);
 
     AppContext* c = &ctx;
     mainForm(ctx).at(kSnapBox1).onChange = [c] { cboSnapSelect1_Change(*c); };

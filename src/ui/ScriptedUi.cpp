@@ -221,6 +221,12 @@ FormAction ScriptedUi::showModal(forms::Form& form) {
     return last;
 }
 
+bool ScriptedUi::openExternal(const std::string& path) {
+    checkFailed();
+    record(JsonObject().str("kind", "external").str("path", path).text());
+    return externalResult_;
+}
+
 void ScriptedUi::setComment(const std::string& text) {
     record(JsonObject().str("kind", "comment").str("text", text).text());
 }

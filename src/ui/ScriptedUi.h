@@ -86,6 +86,9 @@ public:
     void setStatus(int panel, const std::string& text) override;
     void pumpEvents() override;
     void beep() override { ++beeps_; }
+    // Recorded as {"kind":"external","path":...}; the answer is setExternalResult's.
+    bool openExternal(const std::string& path) override;
+    void setExternalResult(bool opened) { externalResult_ = opened; }
     DateTime now() const override;
 
 private:
@@ -118,6 +121,7 @@ private:
     int pointer_ = 1;
     int progress_ = 0;
     int beeps_ = 0;
+    bool externalResult_ = true;
 };
 
 }  // namespace ui

@@ -59,6 +59,12 @@ public:
     virtual void setFocus() {}
     // Draw the render window now (the window repaints; scripts do nothing).
     virtual void requestFrame() {}
+    // Opens a file (a photograph, a document) in the desktop's own viewer; false
+    // when no viewer took it.
+    virtual bool openExternal(const std::string& path) {
+        (void)path;
+        return false;
+    }
     virtual DateTime now() const = 0;
 };
 

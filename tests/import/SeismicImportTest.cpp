@@ -17,6 +17,7 @@ using importtest::ScriptResult;
 using namespace seismictest;
 
 const std::string kAccept = "answer form frm21_DataChanges accept\n";
+const std::string kMark = "\xEF\xBB\xBF";  // byte-order mark
 using AppSetup = std::function<void(core::AppContext&)>;
 
 class SeismicImportTest : public importtest::ImportTest {
@@ -95,55 +96,80 @@ TEST_F(SeismicImportTest, SignsAndSwitchOfTheFormPlaceTheEvent) {
     EXPECT_EQ(r.of("open")[0]["filetype"], "MSFile");
 }
 
-TEST_F(SeismicImportTest, MagnitudeBoundsAndTheMsDefault) {
-    ScriptResult r = ms("0 0 0 0.5\n10 0 0 1\n20 0 0\n30 0 0 -0.2\n 40 0 0 0.49\n");
-    ASSERT_EQ(r.rc, 0) << r.err;
-    auto ev = events();
-    ASSERT_EQ(ev.size(), 5u);
-    const engine::Rgb colours[] = {kOrange, kRed, kGreen, kBlue, kGreen};
-    // 40 * e^(ML / 2) for ML 0.5, 1, 0.25 (missing), -0.2, 0.49
-    const double radii[] = {51.361016667509656, 65.948850828005128, 45.325938122673052,
-                            36.193496721438384, 51.104852528195465};
-    const char* names[] = {"0 0 0 0.5", "10 0 0 1", "20 0 0", "30 0 0 -0.2", " 40 0 0 0.49"};
-    for (std::size_t i = 0; i < 5; ++i) {
-        SCOPED_TRACE(i);
-        EXPECT_EQ(ev[i].colour, colours[i]);
-        EXPECT_NEAR(ev[i].halfZ(), radii[i], 1e-6);
-        EXPECT_EQ(ev[i].name, names[i]);
-        expectNear(ev[i].centre(), {100.0 * double(i), 0, 0});
-    }
-}
-
-TEST_F(SeismicImportTest, MarkerKindAndTheFixedSize) {
-    // Cubes are 1.3 times the magnitude size; with S = 0 every marker is the fixed
-    // radius times 10, and a radius of 0 places nothing.
+// MS lists: one marker an event, the line as its name, ten scene units a metre.
+// Size 40 * e^(ML / 2) at S = 4 (ML 0.25 when missing); cubes 1.3 times that
+// across; S = 0 gives the fixed radius times 10; colour bands at 0, 0.5 and 1.
+TEST_F(SeismicImportTest, MsEventsBySizeSettingAndOddText) {
+    auto s4 = [](double ml) { return 40 * std::exp(ml / 2); };
+    std::string wide = "1 2 3 0.7";
+    for (int i = 0; i < 100000; ++i) wide += " 9";
+    struct Event {
+        engine::Point3 centre;
+        engine::Rgb colour;
+        double halfZ;
+        std::string name;
+    };
+    const std::vector<Event> bands = {{{0, 0, 0}, kOrange, s4(0.5), "0 0 0 0.5"},
+                                      {{100, 0, 0}, kRed, s4(1), "10 0 0 1"},
+                                      {{200, 0, 0}, kGreen, s4(0.25), "20 0 0"},
+                                      {{300, 0, 0}, kBlue, s4(-0.2), "30 0 0 -0.2"},
+                                      {{400, 0, 0}, kGreen, s4(0.49), " 40 0 0 0.49"}};
+    const std::vector<Event> crlf = {{{10, 20, 30}, kRed, s4(1), "1 2 3 1"},
+                                     {{40, 50, 60}, kGreen, s4(0), "4 5 6 0"}};
+    const std::vector<Event> zeros = {{{0, 20, 30}, kGreen, s4(0), "NaN 2 3 NaN"},
+                                      {{0, 0, 0}, kGreen, s4(0), "-0 -0 -0 -0"}};
     struct Case {
+        const char* what;
+        std::string text;
         short kind;
         double scale, radius;
-        const char* text;
-        std::size_t events, polygons;
-        double halfZ;
-    } cases[] = {{-1, 4, 10, "0 0 0 1\n", 1, 6, 1.3 * 65.948850828005128 / 2},
-                 {-1, 0, 2, "0 0 0 1\n", 1, 6, 10},
-                 {0, 0, 2, "0 0 0 3\n", 1, 48, 20},
-                 {0, 0, 0, "1 2 3 1\n4 5 6 2\n", 0, 0, 0}};
-    for (std::size_t i = 0; i < std::size(cases); ++i) {
-        SCOPED_TRACE(i);
-        const Case& c = cases[i];
-        ScriptResult r = ms(c.text, kAccept, [c](core::AppContext& ctx) {
-            ctx.settings.intSphereMarkerKind = c.kind;
-            ctx.settings.dblSphereScale = c.scale;
-            ctx.settings.dblSphereRadius = c.radius;
+        std::size_t polygons;
+        std::vector<Event> events;
+    } cases[] = {
+        {"bands", "0 0 0 0.5\n10 0 0 1\n20 0 0\n30 0 0 -0.2\n 40 0 0 0.49\n", 0, 4, 10, 48, bands},
+        {"cube", "0 0 0 1\n", -1, 4, 10, 6, {{{0, 0, 0}, kRed, 1.3 * s4(1) / 2, "0 0 0 1"}}},
+        {"fixed cube", "0 0 0 1\n", -1, 0, 2, 6, {{{0, 0, 0}, kRed, 10, "0 0 0 1"}}},
+        {"fixed sphere", "0 0 0 3\n", 0, 0, 2, 48, {{{0, 0, 0}, kRed, 20, "0 0 0 3"}}},
+        {"radius zero", "1 2 3 1\n4 5 6 2\n", 0, 0, 0, 0, {}},
+        {"empty", "", 0, 4, 10, 0, {}},
+        {"mark and CR LF", kMark + "1 2 3 1\r\n4 5 6 0\r\n", 0, 4, 10, 48, crlf},
+        // NaN and -0 read 0; a radius that underflows to 0 places nothing.
+        {"no numbers", "NaN 2 3 NaN\n-0 -0 -0 -0\n0 0 0 -1e308\n", 0, 4, 10, 48, zeros},
+        {"wide", wide + "\n", 0, 4, 10, 48, {{{10, 20, 30}, kOrange, s4(0.7), wide}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        ScriptResult r = ms(c.text, kAccept, [&c](core::AppContext& app) {
+            app.settings.intSphereMarkerKind = c.kind;
+            app.settings.dblSphereScale = c.scale;
+            app.settings.dblSphereRadius = c.radius;
         });
         ASSERT_EQ(r.rc, 0) << r.err;
         EXPECT_EQ(r.of("msgbox").size(), 0u);
+        EXPECT_NE(topGroup(ctx().engine, "Seismic data"), 0u);
         auto ev = events();
-        ASSERT_EQ(ev.size(), c.events);
-        EXPECT_EQ(ctx().engine.polygon_count(), c.polygons * c.events);
-        if (c.events) {
-            EXPECT_NEAR(ev[0].halfZ(), c.halfZ, 1e-4);
+        ASSERT_EQ(ev.size(), c.events.size());
+        EXPECT_EQ(ctx().engine.polygon_count(), c.polygons * ev.size());
+        for (std::size_t i = 0; i < ev.size(); ++i) {
+            SCOPED_TRACE(i);
+            expectNear(ev[i].centre(), c.events[i].centre);
+            EXPECT_EQ(ev[i].colour, c.events[i].colour);
+            EXPECT_NEAR(ev[i].halfZ(), c.events[i].halfZ, 1e-4);
+            EXPECT_EQ(ev[i].name, c.events[i].name);
         }
         EXPECT_EQ(ctx().state.strLoadedFiles, dir.file("e.ms").string() + " added");
+        expectTidyEnd();
+    }
+}
+
+TEST_F(SeismicImportTest, BinaryBytesEndTidily) {
+    std::string bytes;
+    for (int i = 0; i < 4096; ++i) bytes += static_cast<char>((i * 37) & 0xFF);
+    for (const std::string& text : {bytes, std::string(3000, '\0')}) {
+        ScriptResult r = text == bytes ? qkl(text) : ms(text);
+        ASSERT_EQ(r.rc, 0) << r.err;
+        EXPECT_EQ(scripted(ctx()).progress(), 100);
+        EXPECT_EQ(ctx().ui.pointer(), 1);
     }
 }
 
@@ -164,56 +190,6 @@ TEST_F(SeismicImportTest, AFaultShowsTheBoxAndKeepsTheEventsBeforeIt) {
         ASSERT_EQ(r.rc, 0) << r.err;
         expectErrorBox(r);
         EXPECT_TRUE(events().empty());
-    }
-}
-
-TEST_F(SeismicImportTest, EmptyFileByteOrderMarkCrLfAndNoNumbers) {
-    ScriptResult r = ms("");
-    ASSERT_EQ(r.rc, 0) << r.err;
-    EXPECT_EQ(r.of("msgbox").size(), 0u);
-    EXPECT_NE(topGroup(ctx().engine, "Seismic data"), 0u);
-    EXPECT_TRUE(events().empty());
-    EXPECT_EQ(ctx().state.strLoadedFiles, dir.file("e.ms").string() + " added");
-
-    r =
-        ms("\xEF\xBB\xBF"
-           "1 2 3 1\r\n4 5 6 0\r\n");
-    ASSERT_EQ(r.rc, 0) << r.err;
-    auto ev = events();
-    ASSERT_EQ(ev.size(), 2u);
-    EXPECT_EQ(ev[0].name, "1 2 3 1");
-    expectNear(ev[0].centre(), {10, 20, 30});
-    EXPECT_EQ(ev[1].colour, kGreen);
-
-    // NaN and -0 read 0; the last marker's radius underflows to 0: skipped.
-    r = ms("NaN 2 3 NaN\n-0 -0 -0 -0\n0 0 0 -1e308\n");
-    ASSERT_EQ(r.rc, 0) << r.err;
-    EXPECT_EQ(r.of("msgbox").size(), 0u);
-    ev = events();
-    ASSERT_EQ(ev.size(), 2u);
-    expectNear(ev[0].centre(), {0, 20, 30});
-    expectNear(ev[1].centre(), {0, 0, 0});
-    EXPECT_EQ(ev[0].colour, kGreen);
-    EXPECT_EQ(ev[1].colour, kGreen);
-}
-
-TEST_F(SeismicImportTest, HugeLinesAndBinaryBytesEndTidily) {
-    std::string wide = "1 2 3 0.7";
-    for (int i = 0; i < 100000; ++i) wide += " 9";
-    ScriptResult r = ms(wide + "\n");
-    ASSERT_EQ(r.rc, 0) << r.err;
-    auto ev = events();
-    ASSERT_EQ(ev.size(), 1u);
-    EXPECT_EQ(ev[0].name.size(), wide.size());
-    EXPECT_EQ(ev[0].colour, kOrange);
-
-    std::string bytes;
-    for (int i = 0; i < 4096; ++i) bytes += static_cast<char>((i * 37) & 0xFF);
-    for (const std::string& text : {bytes, std::string(3000, '\0')}) {
-        r = text == bytes ? qkl(text) : ms(text);
-        ASSERT_EQ(r.rc, 0) << r.err;
-        EXPECT_EQ(scripted(ctx()).progress(), 100);
-        EXPECT_EQ(ctx().ui.pointer(), 1);
     }
 }
 
