@@ -35,12 +35,11 @@ Frm07GridPlane::Frm07GridPlane() : Form(kName, "Grid plane") {
     add(ControlKind::TextBox, "txtCentreX", "X (East)", "fraCentre").text = "0";
     add(ControlKind::TextBox, "txtCentreY", "Y (North)", "fraCentre").text = "0";
     add(ControlKind::TextBox, "txtCentreZ", "Z (Elevation)", "fraCentre").text = "0";
-    add(ControlKind::CommandButton, "cmdPickCentre", "Pick centre", "fraCentre").onChange =
-        [this] {
-            accepted = false;
-            hide();
-            if (onPickCentre) onPickCentre();
-        };
+    add(ControlKind::CommandButton, "cmdPickCentre", "Pick centre", "fraCentre").onChange = [this] {
+        accepted = false;
+        hide();
+        if (onPickCentre) onPickCentre();
+    };
 
     add(ControlKind::Frame, "fraOrientation", "Plane");
     add(ControlKind::OptionButton, "optHorizontal", "Horizontal", "fraOrientation");
@@ -97,8 +96,7 @@ bool Frm07GridPlane::P_subAcceptGridPlane() {
 }
 
 engine::Point3 Frm07GridPlane::centreMetres() const {
-    return {valText(text("txtCentreX")), valText(text("txtCentreY")),
-            valText(text("txtCentreZ"))};
+    return {valText(text("txtCentreX")), valText(text("txtCentreY")), valText(text("txtCentreZ"))};
 }
 
 void Frm07GridPlane::setCentreMetres(const engine::Point3& p) {

@@ -27,15 +27,11 @@ struct Offer {
 constexpr Offer kOffers[] = {
     {Action::Delete, "Delete", {true, true, true, true, true, true, true, true, true}},
     {Action::Hide, "Hide", {true, true, true, true, true, false, false, false, true}},
-    {Action::PartialHide,
-     "Partial hide",
-     {true, true, true, true, true, true, false, false, true}},
+    {Action::PartialHide, "Partial hide", {true, true, true, true, true, true, false, false, true}},
     {Action::PartialUnhide,
      "Partial unhide",
      {true, true, true, true, true, true, false, true, true}},
-    {Action::ChangeColour,
-     "Change colour",
-     {true, true, true, true, true, true, true, true, true}},
+    {Action::ChangeColour, "Change colour", {true, true, true, true, true, true, true, true, true}},
     {Action::ChangeName, "Change name", {true, true, true, true, true, true, true, true, true}},
     // Hidden polygons cannot be clicked: the click names what to look in.
     {Action::Unhide, "Unhide", {true, false, true, true, true, false, true, true, false}},

@@ -4,11 +4,12 @@
 #include <QColorDialog>
 #include <QDateTime>
 #include <QDesktopServices>
-#include <QUrl>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QUrl>
 
 #include "gui/FileFilter.h"
 #include "gui/FormDialog.h"
@@ -181,7 +182,9 @@ void QtUi::beep() { QApplication::beep(); }
 bool QtUi::openExternal(const std::string& path) {
     const QString p = QString::fromStdString(path);
     // A link may be a web address as well as a file.
-    const QUrl url = p.contains(QStringLiteral("://")) ? QUrl(p) : QUrl::fromLocalFile(p);
+    const QUrl url = p.contains(QStringLiteral("://"))
+                         ? QUrl(p)
+                         : QUrl::fromLocalFile(QFileInfo(p).absoluteFilePath());
     return QDesktopServices::openUrl(url);
 }
 

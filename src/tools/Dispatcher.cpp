@@ -157,13 +157,11 @@ void picRenderWindow_MouseUp(core::AppContext& ctx, int button, int shift, doubl
                        stepSelection(ctx, c, {"bolDeleteGroup"}) || stepNewRotation(ctx, c) ||
                        stepMoveCopy(ctx, c) || stepMeasure(ctx, c) ||
                        stepSelection(ctx, c, {"bolHideGroup", "bolUnhideGroup"}) ||
-                       stepHideExcept(ctx, c) ||
-                       stepSelection(ctx, c, {"bolPartialHideGroup"}) ||
+                       stepHideExcept(ctx, c) || stepSelection(ctx, c, {"bolPartialHideGroup"}) ||
                        stepSelection(ctx, c, {"bolPartialUnhideGroup"}) ||
                        stepSelection(ctx, c, {"bolChangeColour"}) || stepExcavation(ctx, c) ||
                        stepPlanes(ctx, c) || stepMarker(ctx, c) || stepPolygon(ctx, c) ||
-                       stepObtainColour(ctx, c) || stepPointMove(ctx, c) ||
-                       stepGridCentre(ctx, c);
+                       stepObtainColour(ctx, c) || stepPointMove(ctx, c) || stepGridCentre(ctx, c);
     (void)taken;
     if (!s.toolArmed()) s.bolAllowNavigate = true;
     endOfPass(ctx);

@@ -78,8 +78,8 @@ void bandMouseMove(core::AppContext& ctx, int button, double x, double y);
 // Deletes the two band polygons (the rectangle is kept for the mouse-up).
 void deleteBandPolygons(core::AppContext& ctx);
 // The enabled polygons whose centres project inside the rectangle of pixels.
-std::vector<engine::Handle> polygonsInBand(core::AppContext& ctx, double x0, double y0,
-                                           double x1, double y1);
+std::vector<engine::Handle> polygonsInBand(core::AppContext& ctx, double x0, double y0, double x1,
+                                           double y1);
 // The mouse-up of the band: the action on what is inside; false when no band was
 // dragged.
 bool bandSelect(core::AppContext& ctx, int shift);

@@ -24,9 +24,12 @@ struct Button {
 };
 
 const Button kButtons[] = {
-    {"cmdGridPlane", "Grid plane", "", [](AppContext& c, int b, int) { gridPlaneButtonDown(c, b); }},
-    {"cmdPhotoLink", "Photo link", "", [](AppContext& c, int b, int) { linkButtonDown(c, true, b); }},
-    {"cmdFileLink", "File link", "", [](AppContext& c, int b, int) { linkButtonDown(c, false, b); }},
+    {"cmdGridPlane", "Grid plane", "",
+     [](AppContext& c, int b, int) { gridPlaneButtonDown(c, b); }},
+    {"cmdPhotoLink", "Photo link", "",
+     [](AppContext& c, int b, int) { linkButtonDown(c, true, b); }},
+    {"cmdFileLink", "File link", "",
+     [](AppContext& c, int b, int) { linkButtonDown(c, false, b); }},
     {"cmdHideAllExcept", "Hide all except", "Edit",
      [](AppContext& c, int b, int) { hideExceptButtonDown(c, b); }},
 };
@@ -72,10 +75,10 @@ void registerProcedures(AppContext& ctx) {
                                 q.width = a.at(2).number();
                                 q.spacing = a.at(3).number();
                                 const auto o = a.at(4).integer();
-                                q.orientation =
-                                    o == 1   ? forms::GridOrientation::VerticalEastWest
-                                    : o == 2 ? forms::GridOrientation::VerticalNorthSouth
-                                             : forms::GridOrientation::Horizontal;
+                                q.orientation = o == 1 ? forms::GridOrientation::VerticalEastWest
+                                                : o == 2
+                                                    ? forms::GridOrientation::VerticalNorthSouth
+                                                    : forms::GridOrientation::Horizontal;
                                 q.colour = a.at(5).colour();
                                 return Value(buildGridPlane(c.engine, q));
                             }));

@@ -78,8 +78,8 @@ void buildFromForm(core::AppContext& ctx) {
         return;
     }
     const std::string name = "Grid plane\r\nCentre (m): " + metres(m.x) + ", " + metres(m.y) +
-                             ", " + metres(m.z) + "\r\nGrid spacing (m): " +
-                             metres(f.spacingMetres());
+                             ", " + metres(m.z) +
+                             "\r\nGrid spacing (m): " + metres(f.spacingMetres());
     core::p_subSetGroupPolygonNames(ctx.engine, g, name);
     if (ctx.state.F_h_lngAddedInfoGroup != 0)
         ctx.engine.group_set_father_group(g, ctx.state.F_h_lngAddedInfoGroup);
@@ -137,8 +137,9 @@ Handle buildGridPlane(engine::Engine& eng, const GridPlaneRequest& q) {
     const double lift = kLiftShare * std::min(q.length, q.width);
     const double halfLine = 0.5 * kLineWidthShare * q.spacing;
     const engine::Rgb lineColour = gridLineColour(q.colour);
-    bool ok = addFace(eng, g, q.centre, a * (q.length / 2), b * (q.width / 2), true, q.colour, "") &&
-              addFace(eng, g, q.centre, a * (q.length / 2), b * (q.width / 2), false, q.colour, "");
+    bool ok =
+        addFace(eng, g, q.centre, a * (q.length / 2), b * (q.width / 2), true, q.colour, "") &&
+        addFace(eng, g, q.centre, a * (q.length / 2), b * (q.width / 2), false, q.colour, "");
     for (int side = 0; ok && side < 2; ++side) {
         const bool front = side == 0;
         const Point3 off = n * (front ? lift : -lift);

@@ -86,9 +86,11 @@ public:
     void setStatus(int panel, const std::string& text) override;
     void pumpEvents() override;
     void beep() override { ++beeps_; }
-    // Recorded as {"kind":"external","path":...}; the answer is setExternalResult's.
+    // Kept out of the transcript, whose kinds are fixed: the command's own comment
+    // line tells a script what was opened. The answer is setExternalResult's.
     bool openExternal(const std::string& path) override;
     void setExternalResult(bool opened) { externalResult_ = opened; }
+    const std::vector<std::string>& externalOpened() const { return externalOpened_; }
     DateTime now() const override;
 
 private:
@@ -122,6 +124,7 @@ private:
     int progress_ = 0;
     int beeps_ = 0;
     bool externalResult_ = true;
+    std::vector<std::string> externalOpened_;
 };
 
 }  // namespace ui

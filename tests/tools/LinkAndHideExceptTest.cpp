@@ -66,16 +66,16 @@ TEST_F(LinkTest, AnUnlinkedEntityAsksForThePhotographAndRecordsIt) {
     EXPECT_EQ(ctx.engine.entity_get_name(c), "");
     EXPECT_FALSE(ctx.state.toolArmed());
     EXPECT_TRUE(ctx.commands.find("cmdPhotoLink")->enabled);
-    EXPECT_TRUE(records("external").empty());
+    EXPECT_TRUE(ui.externalOpened().empty());
 }
 
 TEST_F(LinkTest, ALinkedEntityOpensItsFile) {
     ctx.engine.polygon_set_name(c, "PR_LinkF\r\n2024-01-01\r\n10:00:00\r\nplans/level3.pdf");
     run("cmdFileLink");
     click({-300, 0, 0});
-    const auto ext = records("external");
+    const auto& ext = ui.externalOpened();
     ASSERT_EQ(ext.size(), 1u);
-    EXPECT_EQ(ext[0]["path"], "plans/level3.pdf");
+    EXPECT_EQ(ext[0], "plans/level3.pdf");
     EXPECT_TRUE(records("open").empty());
     EXPECT_TRUE(records("msgbox").empty());
     EXPECT_EQ(ctx.state.txtComment, "Opened plans/level3.pdf");

@@ -53,8 +53,8 @@ protected:
 TEST_F(RubberBandTest, TheActionsThatOfferTheBand) {
     auto& f = forms::Frm22Selection::of(ctx);
     using A = forms::Frm22Selection::Action;
-    for (A a : {A::Delete, A::Hide, A::PartialHide, A::PartialUnhide, A::ChangeColour,
-                A::ChangeName}) {
+    for (A a :
+         {A::Delete, A::Hide, A::PartialHide, A::PartialUnhide, A::ChangeColour, A::ChangeName}) {
         f.P_subPrepare(a);
         EXPECT_TRUE(f.offers("optRubberBandPoly"));
     }
