@@ -33,21 +33,7 @@
 namespace {
 
 using guitest::whenModal;
-
-// One started application a test; it is left without the exit question.
-struct Started {
-    gui::Application app;
-    Started() {
-        EXPECT_TRUE(app.start());
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&app.window()));
-    }
-    ~Started() {
-        app.context().state.bolProgramEnding = true;
-        app.window().close();
-    }
-    core::AppContext& ctx() { return app.context(); }
-    gui::MainWindow& win() { return app.window(); }
-};
+using guitest::Started;
 
 QMenu* topMenu(QMenuBar* bar, const QString& title) {
     for (QAction* a : bar->actions())

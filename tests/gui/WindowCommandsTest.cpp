@@ -33,25 +33,8 @@
 namespace {
 
 using guitest::whenModal;
-
-bool waitFor(const std::function<bool()>& done, int ms = 5000) {
-    for (int waited = 0; waited < ms && !done(); waited += 20) QTest::qWait(20);
-    return done();
-}
-
-struct Started {
-    gui::Application app;
-    Started() {
-        EXPECT_TRUE(app.start());
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&app.window()));
-    }
-    ~Started() {
-        app.context().state.bolProgramEnding = true;
-        app.window().close();
-    }
-    core::AppContext& ctx() { return app.context(); }
-    gui::MainWindow& win() { return app.window(); }
-};
+using guitest::Started;
+using guitest::waitFor;
 
 core::Command command(const char* name, const char* caption, const char* menu = "Tools") {
     return {name, caption, menu, "", "", [](core::AppContext&) {}};

@@ -27,25 +27,11 @@
 namespace {
 
 using guitest::whenModal;
+using guitest::waitFor;
 
-bool waitFor(const std::function<bool()>& done, int ms = 8000) {
-    for (int waited = 0; waited < ms && !done(); waited += 20) QTest::qWait(20);
-    return done();
-}
-
-struct Started {
-    gui::Application app;
-    Started() {
-        EXPECT_TRUE(app.start());
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&app.window()));
-        app.window().recentFiles().clear();
-    }
-    ~Started() {
-        app.context().state.bolProgramEnding = true;
-        app.window().close();
-    }
-    core::AppContext& ctx() { return app.context(); }
-    gui::MainWindow& win() { return app.window(); }
+// Started with no recent files of an earlier run.
+struct Started : guitest::Started {
+    Started() { app.window().recentFiles().clear(); }
 };
 
 int polygonCount(engine::Engine& e) {
