@@ -165,6 +165,7 @@ void showInformationOfPolygonAt(core::AppContext& ctx, double x, double y) {
         ctx.ui.msgBox(kNoInformationText, ui::Buttons::OK, "Tarvik");
         return;
     }
+    if (ctx.openNameLink && ctx.openNameLink(ctx, name)) return;
     // The lines of the name, split at CR LF, are the lines of the box.
     ctx.ui.msgBox(name, ui::Buttons::OK, kInformationTitle);
 }

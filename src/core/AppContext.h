@@ -53,6 +53,9 @@ public:
     // The coordinate limit rule at camera start, and the light that follows the camera.
     std::function<void(AppContext&)> coordinateLimitCheck;
     std::function<void(AppContext&)> lightFollowCamera;
+    // Opens the link a polygon name holds (the tools layer fills it); false when
+    // the name is no link.
+    std::function<bool(AppContext&, const std::string& name)> openNameLink;
     // The settings changed the main form's size (state.formWidth, formHeight) or
     // settings.statusBarVisible: the window follows.
     std::function<void(AppContext&)> windowSettingsChanged;

@@ -103,9 +103,37 @@ double valCompact(std::string_view s) {
     return parseSpan(copy.data(), copy.data() + copy.size());
 }
 
+// The field is a plain decimal, all of it: a sign, digits and at most one point.
+// Up to 2^53 for the digits and 22 places the digits and the power of ten are
+// exact doubles, so one division gives the correctly rounded value, the same as
+// the full reading. False for anything else.
+bool plainDecimal(const char* p, const char* e, double& v) {
+    const bool negative = *p == '-';
+    if (*p == '-' || *p == '+') ++p;
+    static constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    std::uint64_t m = 0;
+    int digits = 0, places = 0;
+    for (; p != e && isDigit(*p); ++p, ++digits) m = m * 10 + std::uint64_t(*p - '0');
+    if (p != e && *p == '.') {
+        for (++p; p != e && isDigit(*p); ++p, ++digits, ++places)
+            m = m * 10 + std::uint64_t(*p - '0');
+    }
+    if (p != e || digits == 0 || digits > 19 || m > (std::uint64_t(1) << 53) || places > 22)
+        return false;
+    v = double(m) / kPow10[places];
+    if (negative) v = -v;
+    return true;
+}
+
 }  // namespace
 
 double valNumber(std::string_view text) {
+    if (!text.empty()) {
+        double v;
+        if (plainDecimal(text.data(), text.data() + text.size(), v)) return v;
+    }
 #ifdef TARVIK_FAST_FLOAT
     // The usual field: digits, perhaps a sign, point and exponent, and nothing
     // after the number that could still belong to it.

@@ -80,6 +80,19 @@ public:
     // The block table (blocks from entry kTableOffset); its address never changes.
     const T* const* table() const { return blocks_.get(); }
 
+    // Calls fn(first, count) for the stored pieces of indices [from, to) (within
+    // the capacity), block by block.
+    template <class Fn>
+    void forEachPiece(std::size_t from, std::size_t to, Fn&& fn) {
+        to = std::min(to, capacity());
+        while (from < to) {
+            const std::size_t inBlock = from & (kBlock - 1);
+            const std::size_t n = std::min(to - from, kBlock - inBlock);
+            fn(&blocks_[kTableOffset + (from >> kBits)][inBlock], n);
+            from += n;
+        }
+    }
+
     // Bytes held by the blocks (address space; untouched pages are not resident).
     std::size_t bytesReserved() const { return capacity() * sizeof(T); }
 

@@ -352,6 +352,13 @@ private:
     const WalkList* walk_ = nullptr;           // inside store_, for the inline walk
     const Handle* const* walkNext_ = nullptr;  // its link table (never moves)
     mutable std::unique_ptr<Bvh> bvh_;
+    // The scene's centre of mass, kept while no point of the world moves and no
+    // polygon enters or leaves it (an import asks twice around a null move).
+    struct WorldCentre {
+        std::uint64_t geometry = 0, additions = 0, removals = 0;
+        Point3 centre;
+    };
+    mutable WorldCentre worldCentre_;
     CameraState camera_;
     FogState fog_;
     Rgb background_{0, 0, 0};

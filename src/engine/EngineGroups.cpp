@@ -125,16 +125,32 @@ int Engine::group_set_rotate_reference_point(Handle group, Point3 p) {
 }
 
 Point3 Engine::group_get_center_of_mass(Handle group) const {
-    std::vector<std::uint32_t> polys;
-    collectPolygons(group, polys);
+    const bool world = group == 0;
+    const WorldCentre key{store_->geometryRevision(), store_->additions(), store_->removals(), {}};
+    if (world && key.geometry == worldCentre_.geometry && key.additions == worldCentre_.additions &&
+        key.removals == worldCentre_.removals)
+        return worldCentre_.centre;
     Point3 sum{0, 0, 0};
     std::size_t n = 0;
-    for (std::uint32_t s : polys) {
+    auto add = [&](std::uint32_t s) {
         const std::uint32_t f = store_->firstPoint(s), c = store_->pointCount(s);
         for (std::uint32_t i = 0; i < c; ++i) sum = sum + store_->point(f + i);
         n += c;
+    };
+    if (world) {
+        for (std::uint32_t s = store_->firstInWorld(); s; s = store_->nextInWorld(s)) add(s);
+    } else {
+        std::vector<std::uint32_t> polys;
+        collectPolygons(group, polys);
+        for (std::uint32_t s : polys) add(s);
     }
-    return n ? Point3{sum.x / double(n), sum.y / double(n), sum.z / double(n)} : Point3{};
+    const Point3 centre =
+        n ? Point3{sum.x / double(n), sum.y / double(n), sum.z / double(n)} : Point3{};
+    if (world) {
+        worldCentre_ = key;
+        worldCentre_.centre = centre;
+    }
+    return centre;
 }
 
 int Engine::group_set_name(Handle group, std::string_view name) {
@@ -210,6 +226,8 @@ int Engine::group_set_location(Handle group, Point3 p) {
 
 int Engine::group_move(Handle group, Point3 d) {
     if (!store_->groupSlot(group) || !d.finite()) return -1;
+    // A move by nothing changes no point (the readers end with one).
+    if (d.x == 0 && d.y == 0 && d.z == 0) return 0;
     std::vector<std::uint32_t> polys;
     collectPolygons(group, polys);
     mapGroupPoints(*store_, polys, [&](Point3 p) { return p + d; });

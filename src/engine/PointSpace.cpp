@@ -1,5 +1,7 @@
 #include "engine/PointSpace.h"
 
+#include <algorithm>
+
 namespace engine {
 
 void PointSpace::clear() {
@@ -17,6 +19,17 @@ std::uint32_t PointSpace::take(std::uint32_t n) {
     cursor_ += n;
     if (!inHole_) top_ = cursor_;
     return first;
+}
+
+std::uint32_t PointSpace::takeRuns(std::uint32_t n, std::uint32_t count, std::uint32_t& first) {
+    // Only where room() would neither move to a hole nor find the region short.
+    if (n == 0 || (!inHole_ && !holes_.empty())) return 0;
+    const auto k = static_cast<std::uint32_t>(std::min<std::uint64_t>(count, (end_ - cursor_) / n));
+    if (k == 0) return 0;
+    first = cursor_;
+    cursor_ += k * n;
+    if (!inHole_) top_ = cursor_;
+    return k;
 }
 
 std::uint32_t PointSpace::startGrowing() {

@@ -29,6 +29,10 @@ public:
     std::uint32_t top() const { return top_; }
     // A run of n slots for points known in full; 0 when the array is full.
     std::uint32_t take(std::uint32_t n);
+    // Up to `count` runs of n slots one after another from `first`, handed out
+    // as that many calls of take(n) would hand them; returns how many. 0 (and no
+    // change) where the next take(n) would change region: take it alone.
+    std::uint32_t takeRuns(std::uint32_t n, std::uint32_t count, std::uint32_t& first);
     // The first slot of a polygon that will grow point by point; 0 when full.
     std::uint32_t startGrowing();
     // The slot right after run [first, first + n) when it can grow in place, else 0.

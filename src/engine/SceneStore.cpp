@@ -1,5 +1,8 @@
 #include "engine/SceneStore.h"
 
+#include <sys/mman.h>
+#include <tbb/parallel_for.h>
+
 #include <algorithm>
 
 namespace engine {
@@ -86,11 +89,7 @@ std::uint32_t SceneStore::createPolygon() {
         s = walk_.slotEnd;
         if (s >= first_.capacity()) {
             const std::size_t n = std::size_t(s) + 1;
-            if (!(walk_.next.ensure(n) && walk_.prev.ensure(n) && first_.ensure(n) &&
-                  count_.ensure(n) && flags_.ensure(n) && bright_.ensure(n) && group_.ensure(n) &&
-                  gnext_.ensure(n) && gprev_.ensure(n) && name_.ensure(n) && fill_.ensure(n) &&
-                  light_.ensure(n)))
-                return 0;
+            if (!holdSlots(n)) return 0;
         }
         ++walk_.slotEnd;
         if ((s >> kVersionChunkBits) >= versions_.size()) versions_.push_back(revision_);
@@ -136,6 +135,12 @@ std::uint32_t SceneStore::pointSlot(Handle h) const {
     const std::uint32_t o = owner_[p];
     if (!o) return 0;
     return (p >= first_[o] && p < first_[o] + count_[o]) ? p : 0;
+}
+
+bool SceneStore::holdSlots(std::size_t n) {
+    return walk_.next.ensure(n) && walk_.prev.ensure(n) && first_.ensure(n) && count_.ensure(n) &&
+           flags_.ensure(n) && bright_.ensure(n) && group_.ensure(n) && gnext_.ensure(n) &&
+           gprev_.ensure(n) && name_.ensure(n) && fill_.ensure(n) && light_.ensure(n);
 }
 
 bool SceneStore::holdPoints() {
@@ -222,8 +227,7 @@ void SceneStore::reversePoints(std::uint32_t s) {
     touchGeometry(s);
 }
 
-bool SceneStore::addToWorld(std::uint32_t s) {
-    if (flags_[s] & polyflag::kInWorld) return false;
+void SceneStore::linkAtWalkEnd(std::uint32_t s) {
     const Handle h = polygonHandle(s);
     walk_.prev[s] = walk_.tail;
     walk_.next[s] = 0;
@@ -232,12 +236,114 @@ bool SceneStore::addToWorld(std::uint32_t s) {
     else
         walk_.head = h;
     walk_.tail = h;
+}
+
+void SceneStore::linkAtGroupEnd(std::uint32_t s, std::uint32_t g) {
+    GroupRecord& G = groups_[g];
+    group_[s] = g;
+    gprev_[s] = G.lastPolygon;
+    gnext_[s] = 0;
+    if (G.lastPolygon)
+        gnext_[G.lastPolygon] = s;
+    else
+        G.firstPolygon = s;
+    G.lastPolygon = s;
+    ++G.polygonCount;
+}
+
+bool SceneStore::addToWorld(std::uint32_t s) {
+    if (flags_[s] & polyflag::kInWorld) return false;
+    linkAtWalkEnd(s);
     ++walk_.count;
     flags_[s] |= polyflag::kInWorld;
     touch(s);
     ++geometryRevision_;
     ++additions_;
     return true;
+}
+
+namespace {
+
+// Has the system back the pages of [p, p + bytes) now, with what they hold, as a
+// first write would one page at a time.
+void populate(void* p, std::size_t bytes) {
+#ifdef MADV_POPULATE_WRITE
+    constexpr std::uintptr_t kPage = 4096;
+    const std::uintptr_t a = (reinterpret_cast<std::uintptr_t>(p) + kPage - 1) & ~(kPage - 1);
+    const std::uintptr_t b = (reinterpret_cast<std::uintptr_t>(p) + bytes) & ~(kPage - 1);
+    if (b > a) madvise(reinterpret_cast<void*>(a), b - a, MADV_POPULATE_WRITE);
+#else
+    (void)p;
+    (void)bytes;
+#endif
+}
+
+}  // namespace
+
+void SceneStore::reserve(std::size_t polygons, std::size_t points) {
+    const std::size_t s0 = walk_.slotEnd, s1 = std::min(s0 + polygons, std::size_t(kIndexMask) + 1);
+    const std::size_t p0 = space_.top(), p1 = std::min(p0 + points, std::size_t(PointSpace::kLimit));
+    if (!(holdSlots(s1) && points_.ensure(p1) && owner_.ensure(p1)))
+        return;  // the adds will find out for themselves
+    std::vector<std::pair<void*, std::size_t>> pieces;
+    auto collect = [&](auto& array, std::size_t from, std::size_t to) {
+        array.forEachPiece(from, to, [&](auto* first, std::size_t n) {
+            pieces.emplace_back(first, n * sizeof(*first));
+        });
+    };
+    auto slots = [&](auto&... arrays) { (collect(arrays, s0, s1), ...); };
+    slots(walk_.next, walk_.prev, first_, count_, flags_, bright_, group_, gnext_, gprev_, name_,
+          fill_, light_);
+    collect(points_, p0, p1);
+    collect(owner_, p0, p1);
+    tbb::parallel_for(std::size_t(0), pieces.size(),
+                      [&](std::size_t i) { populate(pieces[i].first, pieces[i].second); });
+}
+
+std::uint32_t SceneStore::appendTriangles(const Point3* corners, const Rgb* fills,
+                                          std::uint32_t count, std::uint32_t g,
+                                          std::uint32_t& first) {
+    if (count == 0 || freeSlots_.size() > kSlotBacklog || walk_.slotEnd > kIndexMask) return 0;
+    const std::uint32_t s0 = walk_.slotEnd;
+    count = std::min<std::uint32_t>(count, kIndexMask - s0 + 1);
+    const std::size_t end = std::size_t(s0) + count;
+    if (!holdSlots(end)) return 0;
+    std::uint32_t p = 0;
+    count = space_.takeRuns(3, count, p);
+    if (count == 0) return 0;
+    if (!holdPoints()) {
+        space_.release(p, 3 * count);
+        return 0;
+    }
+    // Touches per triangle: made, points, world, fill, and group when it has one.
+    const std::uint64_t touches = g ? 5 : 4;
+    for (std::uint32_t i = 0; i < count; ++i, p += 3) {
+        const std::uint32_t s = s0 + i;
+        if ((s >> kVersionChunkBits) >= versions_.size()) versions_.push_back(revision_);
+        linkAtWalkEnd(s);
+        for (std::uint32_t c = 0; c < 3; ++c) {
+            points_[p + c] = corners[3 * i + c];
+            owner_[p + c] = s;
+        }
+        first_[s] = p;
+        count_[s] = 3;
+        flags_[s] = polyflag::kAlive | polyflag::kInWorld;
+        bright_[s] = kDefaultBrightness;
+        name_[s] = 0;
+        fill_[s] = pack(fills[i]);
+        light_[s] = 0;
+        group_[s] = gnext_[s] = gprev_[s] = 0;
+        if (g) linkAtGroupEnd(s, g);
+        revision_ += touches;
+        versions_[s >> kVersionChunkBits] = revision_;
+    }
+    first = s0;
+    walk_.slotEnd = s0 + count;
+    walk_.count += count;
+    live_ += count;
+    geometryRevision_ += count;
+    additions_ += count;
+    return count;
 }
 
 void SceneStore::removeFromWorld(std::uint32_t s) {
@@ -356,18 +462,7 @@ void SceneStore::unlinkFromGroup(std::uint32_t s) {
 void SceneStore::setPolygonGroup(std::uint32_t s, std::uint32_t g) {
     if (group_[s] == g) return;
     unlinkFromGroup(s);
-    if (g) {
-        GroupRecord& G = groups_[g];
-        group_[s] = g;
-        gprev_[s] = G.lastPolygon;
-        gnext_[s] = 0;
-        if (G.lastPolygon)
-            gnext_[G.lastPolygon] = s;
-        else
-            G.firstPolygon = s;
-        G.lastPolygon = s;
-        ++G.polygonCount;
-    }
+    if (g) linkAtGroupEnd(s, g);
     touch(s);
 }
 

@@ -198,6 +198,17 @@ public:
     Point3& pointRef(std::uint32_t p) { return points_[p]; }
     void reversePoints(std::uint32_t s);
     bool addToWorld(std::uint32_t s);  // at the end of the walk
+    // Room for `polygons` more new slots and `points` more points at the top, the
+    // memory brought in at once on every core (a reader about to add millions).
+    void reserve(std::size_t polygons, std::size_t points);
+    // Up to `count` triangles (corners[3i..3i+2]) made, given their points, put at
+    // the end of the walk, filled and put in group g (0: none), with what
+    // createPolygon, assignPoints, addToWorld, setFill and setPolygonGroup would
+    // leave for each; their slots follow one another from `first`. Returns how
+    // many: 0 where the next one would not take the next new slot and points in a
+    // row (a slot or a hole to reuse, the end of the arrays): make it alone.
+    std::uint32_t appendTriangles(const Point3* corners, const Rgb* fills, std::uint32_t count,
+                                  std::uint32_t g, std::uint32_t& first);
     void removeFromWorld(std::uint32_t s);
     void setFlag(std::uint32_t s, std::uint8_t flag, bool on);
     void setFill(std::uint32_t s, Rgb c);
@@ -231,9 +242,12 @@ private:
         return (std::uint32_t(c.r & 255) << 16) | (std::uint32_t(c.g & 255) << 8) |
                std::uint32_t(c.b & 255);
     }
-    bool holdPoints();  // the arrays hold every slot handed out
+    bool holdSlots(std::size_t n);  // the polygon arrays hold slots [0, n)
+    bool holdPoints();              // the arrays hold every slot handed out
     void freePoints(std::uint32_t first, std::uint32_t n);
     void unlinkFromGroup(std::uint32_t s);
+    void linkAtWalkEnd(std::uint32_t s);                   // links only, no count
+    void linkAtGroupEnd(std::uint32_t s, std::uint32_t g);  // g a live group
     void unlinkChild(std::uint32_t g);
 
     WalkList walk_;

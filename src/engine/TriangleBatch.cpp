@@ -2,6 +2,9 @@
 
 #include <tbb/parallel_for.h>
 
+#include <algorithm>
+#include <vector>
+
 #include "engine/EngineInternal.h"
 #include "engine/Geometry.h"
 
@@ -18,39 +21,70 @@ void triangles_acceptable(const Point3* corners, std::size_t count, std::uint8_t
                       });
 }
 
+namespace {
+
+// One triangle the way of the one-at-a-time calls: refused ones are made and
+// deleted as those would, so that the slots and point space end as they would.
+void addOne(Engine& eng, const Point3* p, Rgb c, bool ok, std::uint32_t g, Handle& out) {
+    SceneStore& st = eng.store();
+    out = 0;
+    if (!ok) {
+        const Handle h = eng.polygon_create();
+        if (!h) return;
+        for (int k = 0; k < 3; ++k) eng.polygon_add_point(h, p[k]);
+        if (eng.engine_add_polygon(h) != 0) {
+            eng.polygon_delete(h);
+            return;
+        }
+        out = h;
+    } else {
+        const std::uint32_t s = st.createPolygon();
+        if (!s) return;
+        if (!st.assignPoints(s, p, 3) || !st.addToWorld(s)) {
+            st.destroyPolygon(s);
+            return;
+        }
+        out = SceneStore::polygonHandle(s);
+    }
+    const std::uint32_t s = st.polygonSlot(out);
+    using internal::clampChannel;
+    st.setFill(s, Rgb{clampChannel(c.r), clampChannel(c.g), clampChannel(c.b)});
+    st.setPolygonGroup(s, g);
+}
+
+}  // namespace
+
+void triangles_reserve(Engine& eng, std::size_t count) { eng.store().reserve(count, 3 * count); }
+
 void triangles_add(Engine& eng, const Point3* corners, const Rgb* colours, const std::uint8_t* ok,
                    std::size_t count, Handle group, Handle* out) {
     SceneStore& st = eng.store();
     const std::uint32_t g = group ? st.groupSlot(group) : 0;
-    const bool setGroup = group == 0 || g != 0;
     using internal::clampChannel;
-    for (std::size_t i = 0; i < count; ++i) {
-        const Point3* p = corners + 3 * i;
+    std::vector<Rgb> fills;
+    for (std::size_t i = 0; i < count;) {
         out[i] = 0;
-        if (!ok[i]) {
-            // The refused triangle goes the way of the one-at-a-time calls, so that
-            // the slots and point space end as they would.
-            const Handle h = eng.polygon_create();
-            if (!h) continue;
-            for (int c = 0; c < 3; ++c) eng.polygon_add_point(h, p[c]);
-            if (eng.engine_add_polygon(h) != 0) {
-                eng.polygon_delete(h);
+        if (ok[i]) {
+            // A run of accepted triangles goes into the store in one pass.
+            std::size_t end = i;
+            while (end < count && ok[end]) ++end;
+            fills.resize(end - i);
+            for (std::size_t k = i; k < end; ++k) {
+                const Rgb c = colours[k];
+                fills[k - i] = Rgb{clampChannel(c.r), clampChannel(c.g), clampChannel(c.b)};
+            }
+            std::uint32_t first = 0;
+            const std::uint32_t made = st.appendTriangles(
+                corners + 3 * i, fills.data(), std::uint32_t(std::min<std::size_t>(end - i, 1u << 20)),
+                g, first);
+            for (std::uint32_t k = 0; k < made; ++k) out[i + k] = SceneStore::polygonHandle(first + k);
+            if (made) {
+                i += made;
                 continue;
             }
-            out[i] = h;
-        } else {
-            const std::uint32_t s = st.createPolygon();
-            if (!s) continue;
-            if (!st.assignPoints(s, p, 3) || !st.addToWorld(s)) {
-                st.destroyPolygon(s);
-                continue;
-            }
-            out[i] = SceneStore::polygonHandle(s);
         }
-        const std::uint32_t s = st.polygonSlot(out[i]);
-        const Rgb c = colours[i];
-        st.setFill(s, Rgb{clampChannel(c.r), clampChannel(c.g), clampChannel(c.b)});
-        if (setGroup) st.setPolygonGroup(s, g);
+        addOne(eng, corners + 3 * i, colours[i], ok[i] != 0, g, out[i]);
+        ++i;
     }
 }
 

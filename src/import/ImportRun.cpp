@@ -1,5 +1,8 @@
 #include "import/ImportRun.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "core/AppContext.h"
 #include "core/Camera.h"
 #include "core/Lighting.h"
@@ -98,6 +101,19 @@ void ImportRun::recordBuilt() {
     } else {
         setBar(next);
     }
+}
+
+std::size_t ImportRun::quietRecords() const {
+    if (sinceRecordPump_ + 1 >= kRecordsPerPump || bar_ + 1 > 99) return 0;
+    const auto beforePump = std::size_t(kRecordsPerPump - 1 - sinceRecordPump_);
+    const auto beforeRound = static_cast<std::size_t>(std::floor(99 - bar_));
+    return std::min(beforePump, beforeRound);
+}
+
+void ImportRun::skipRecords(std::size_t calls) {
+    if (calls == 0) return;
+    sinceRecordPump_ += static_cast<unsigned>(calls);
+    setBar(bar_ + double(calls));
 }
 
 void ImportRun::renderStep() {

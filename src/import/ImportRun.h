@@ -76,11 +76,22 @@ public:
     void lineRead();
     // Events now and then, for readers that move the bar themselves.
     void pumpSometimes(unsigned every);
+    // How many calls of pumpSometimes(every) would let no events through before
+    // the next one that does, and the counting of `calls` such calls.
+    unsigned quietPumps(unsigned every) const {
+        return sinceLinePump_ + 1 >= every ? 0 : every - 1 - sinceLinePump_;
+    }
+    void skipPumps(unsigned calls) { sinceLinePump_ += calls; }
 
     // Building: the bar to 25, then after each record events now and then, the bar
     // up by 1 and a frame each time it comes round.
     void startBuild();
     void recordBuilt();
+    // How many calls of recordBuilt() would neither let events through nor bring
+    // the bar round (so draw nothing) before the next one that does; and the
+    // counting of `calls` such calls at once, for readers that build in runs.
+    std::size_t quietRecords() const;
+    void skipRecords(std::size_t calls);
 
     // A frame while the import runs; the first one of an "Open" frames the camera
     // on what is there so far.

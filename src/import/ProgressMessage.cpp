@@ -7,14 +7,37 @@
 
 namespace importers {
 
+namespace {
+
+// Every line when the spacing is below one (or no number at all); 0 for never.
+long spacing(float sngLinesBetween) {
+    const float every = std::isfinite(sngLinesBetween) ? std::round(sngLinesBetween) : 1.0f;
+    if (every <= 1.0f) return 1;
+    if (every >= 2147483647.0f) return 0;
+    return static_cast<long>(every);
+}
+
+}  // namespace
+
 bool progressMessageDue(core::AppContext& ctx, float sngLinesBetween) {
     auto& s = ctx.state;
     ++s.lngProgressLines;
-    // Every line when the spacing is below one (or no number at all).
-    const float every = std::isfinite(sngLinesBetween) ? std::round(sngLinesBetween) : 1.0f;
-    if (every <= 1.0f) return true;
-    if (every >= 2147483647.0f) return false;
-    return s.lngProgressLines % static_cast<long>(every) == 0;
+    const long every = spacing(sngLinesBetween);
+    return every != 0 && s.lngProgressLines % every == 0;
+}
+
+std::size_t progressMessageQuietCalls(const core::AppContext& ctx, float sngLinesBetween) {
+    const long every = spacing(sngLinesBetween);
+    if (every == 0) return static_cast<std::size_t>(-1);
+    // The next call counts lngProgressLines + 1; the first multiple of `every`
+    // from there is the one that shows.
+    long r = (ctx.state.lngProgressLines + 1) % every;
+    if (r < 0) r += every;
+    return static_cast<std::size_t>(r == 0 ? 0 : every - r);
+}
+
+void progressMessageSkip(core::AppContext& ctx, std::size_t calls) {
+    ctx.state.lngProgressLines += static_cast<long>(calls);
 }
 
 void progressMessageShow(core::AppContext& ctx, float sngStep, const std::string& strText) {

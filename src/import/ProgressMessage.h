@@ -4,6 +4,7 @@
 // Readers set state.sngProgressBusy and state.lngProgressLines to 0 before they
 // start.
 
+#include <cstddef>
 #include <string>
 
 namespace core {
@@ -22,5 +23,11 @@ void P_subProgressMessage(core::AppContext& ctx, float sngStep, float sngLinesBe
 //   if (progressMessageDue(ctx, 10)) progressMessageShow(ctx, 0.05f, text());
 bool progressMessageDue(core::AppContext& ctx, float sngLinesBetween);
 void progressMessageShow(core::AppContext& ctx, float sngStep, const std::string& strText);
+
+// For readers that count many lines at once: how many calls of progressMessageDue
+// would return false before the next one that returns true (as many as a size
+// holds when none ever will), and the counting of `calls` such calls.
+std::size_t progressMessageQuietCalls(const core::AppContext& ctx, float sngLinesBetween);
+void progressMessageSkip(core::AppContext& ctx, std::size_t calls);
 
 }  // namespace importers

@@ -62,7 +62,8 @@ std::vector<std::string_view> textBlocks(std::string_view text, std::size_t byte
 // Normalises a line's separators (blanks, commas and tabs, `rounds` rounds) and
 // splits it on tab. Only the first `keep` fields are kept (a line of a million
 // fields costs no million views); count() tells how many there are. The fields
-// stay valid until the next split.
+// stay valid until the next split and while the line's text lives (they may
+// point into it).
 class FieldSplitter {
 public:
     explicit FieldSplitter(int rounds) : rounds_(rounds) {}
@@ -71,6 +72,8 @@ public:
     std::size_t count() const { return count_; }
 
 private:
+    bool splitLoneSeparators(std::string_view line, std::size_t keep);
+
     int rounds_;
     std::string normalised_;
     std::vector<std::string_view> fields_;

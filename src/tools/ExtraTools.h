@@ -52,6 +52,9 @@ inline constexpr const char* kLinkCode = "LinkF";
 // The file a name links to: the text of a "LinkF" record (its first line), or
 // nothing when the name is no link.
 std::optional<std::string> linkTarget(std::string_view name);
+// Opens the file a name links to (a box when it cannot); false when the name is
+// no link. The double click on a linked object comes here too.
+bool openLinkOf(core::AppContext& ctx, std::string_view name);
 // cmdPhotoLink / cmdFileLink: scope "Entity", the flag armed.
 void linkButtonDown(core::AppContext& ctx, bool photo, int button);
 // With bolPhotoLink or bolFileLink: the click opens the entity's link or asks for

@@ -59,6 +59,19 @@ std::optional<std::string> linkTarget(std::string_view name) {
     return path;
 }
 
+bool openLinkOf(core::AppContext& ctx, std::string_view name) {
+    const auto target = linkTarget(name);
+    if (!target) return false;
+    if (ctx.ui.openExternal(*target)) {
+        ctx.comment("Opened " + *target);
+    } else {
+        ctx.comment("The linked file could not be opened: " + *target);
+        ctx.ui.msgBox("The linked file could not be opened:\r\n" + *target, ui::Buttons::OK,
+                      kLinkTitle);
+    }
+    return true;
+}
+
 void linkButtonDown(core::AppContext& ctx, bool photo, int button) {
     if (button == 4 || ctx.ui.pointer() == 11) return;
     const LinkKind& k = photo ? kPhoto : kFile;
@@ -83,14 +96,7 @@ bool stepLink(core::AppContext& ctx, const Click& c) {
         return true;
     }
     const std::string name = core::strEntityName(eng, polygon);
-    if (const auto target = linkTarget(name)) {
-        if (ctx.ui.openExternal(*target)) {
-            ctx.comment("Opened " + *target);
-        } else {
-            ctx.comment("The linked file could not be opened: " + *target);
-            ctx.ui.msgBox("The linked file could not be opened:\r\n" + *target, ui::Buttons::OK,
-                          kLinkTitle);
-        }
+    if (openLinkOf(ctx, name)) {
         if (c.shift != 1) endLinkTool(ctx, k);
         return true;
     }

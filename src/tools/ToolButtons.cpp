@@ -195,6 +195,7 @@ void registerTools(AppContext& ctx) {
     if (ctx.commands.find("cmd3DLength")) return;
     resetToolSession(ctx);
     wireForms(ctx);
+    ctx.openNameLink = [](AppContext& a, const std::string& name) { return openLinkOf(a, name); };
     for (const auto& b : kButtons) {
         const std::string name = b.command;
         addCommand(

@@ -101,6 +101,27 @@ TEST(EngineGroups, CountsCentreAndBoxCoverDescendants) {
     expectNear(e.group_get_center_of_mass(empty), {0, 0, 0});
 }
 
+// The scene's centre is kept between calls: it must follow every change of the
+// points in the world and of what is in it.
+TEST(EngineGroups, SceneCentreFollowsEveryChange) {
+    Engine e;
+    const Handle g = e.group_create("G");
+    const Handle p = triAt(e, g, {0, 0, 0});  // (0,0,0) (0,1,0) (1,1,0)
+    expectNear(e.group_get_center_of_mass(0), {1.0 / 3, 2.0 / 3, 0});
+    ASSERT_EQ(e.group_move(g, {0, 0, 0}), 0);  // a move by nothing
+    expectNear(e.group_get_center_of_mass(0), {1.0 / 3, 2.0 / 3, 0});
+    ASSERT_EQ(e.group_move(g, {3, 0, 0}), 0);
+    expectNear(e.group_get_center_of_mass(0), {10.0 / 3, 2.0 / 3, 0});
+    ASSERT_EQ(e.point_set_xyz(e.polygon_get_first_point(p), {3, 0, 9}), 0);
+    expectNear(e.group_get_center_of_mass(0), {10.0 / 3, 2.0 / 3, 3});
+    const Handle q = triAt(e, g, {0, 0, 3});
+    expectNear(e.group_get_center_of_mass(0), {11.0 / 6, 4.0 / 6, 3});
+    ASSERT_EQ(e.polygon_delete(q), 0);
+    expectNear(e.group_get_center_of_mass(0), {10.0 / 3, 2.0 / 3, 3});
+    ASSERT_EQ(e.polygon_delete(p), 0);
+    expectNear(e.group_get_center_of_mass(0), {0, 0, 0});
+}
+
 TEST(EngineGroups, MoveLocateRotateScale) {
     Engine e;
     const Handle g = e.group_create("G");

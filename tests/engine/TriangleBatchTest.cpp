@@ -47,16 +47,40 @@ std::string encoded(const Engine& e) {
     return out;
 }
 
+// What the scene went through before the batch: a few freed slots; more freed
+// slots than are kept back before reuse; a hole in the point array large enough
+// for new polygons to be built in.
+enum class Before { FewFreed, ManyFreed, PointHole };
+
+void prepare(Engine& e, Before before) {
+    const int freed = before == Before::ManyFreed ? 1500 : 3;
+    for (int k = 0; k < freed; ++k) {
+        const Handle h = e.polygon_create();
+        e.polygon_add_point(h, Point3{double(k), 0, 0});
+        e.polygon_delete(h);
+    }
+    if (before == Before::PointHole) {
+        Handle big[2];
+        for (Handle& h : big) {
+            h = e.polygon_create();
+            for (int k = 0; k < 40000; ++k) e.polygon_add_point(h, Point3{double(k), 1, 0});
+        }
+        for (Handle h : big) e.polygon_delete(h);
+    }
+}
+
 TEST(TriangleBatch, LeavesTheSceneOfOneAtATimeCalls) {
     const Case c = mixedTriangles();
     const std::size_t n = c.colours.size();
+    for (Before before : {Before::FewFreed, Before::ManyFreed, Before::PointHole})
     for (bool withGroup : {true, false}) {
+        SCOPED_TRACE(int(before) * 2 + withGroup);
         Engine single, batch;
         single.engine_load_world("", "", "", 4);
         batch.engine_load_world("", "", "", 4);
-        // Some deleted polygons first, so that freed slots are about.
-        for (Engine* e : {&single, &batch})
-            for (int k = 0; k < 3; ++k) e->polygon_delete(e->polygon_create());
+        for (Engine* e : {&single, &batch}) prepare(*e, before);
+        // Making room first must change nothing the scene shows.
+        engine::triangles_reserve(batch, n);
         const Handle g1 = withGroup ? single.group_create("G") : 0;
         const Handle g2 = withGroup ? batch.group_create("G") : 0;
 
@@ -84,6 +108,11 @@ TEST(TriangleBatch, LeavesTheSceneOfOneAtATimeCalls) {
                               g2, &made[half]);
 
         EXPECT_EQ(made, expected);
+        // The points took the same places too (their handles tell).
+        for (std::size_t i = 0; i < n; ++i)
+            if (made[i])
+                EXPECT_EQ(batch.polygon_get_first_point(made[i]),
+                          single.polygon_get_first_point(expected[i]));
         EXPECT_EQ(batch.polygon_count(), single.polygon_count());
         EXPECT_EQ(encoded(batch), encoded(single));
         EXPECT_LT(batch.polygon_count(), n);  // the refused ones really were refused

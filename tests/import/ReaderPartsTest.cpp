@@ -5,8 +5,10 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <limits>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -87,6 +89,30 @@ TEST(LenientNumber, LeadingNumberElseZero) {
     // A long run of digits is still one number.
     const std::string digits(300, '1');
     EXPECT_EQ(core::valNumber(digits + "x"), std::strtod(digits.c_str(), nullptr));
+}
+
+// Plain decimals take a short way; it must round exactly as the C library does,
+// at every length of digits and places and around the limits of the short way.
+TEST(LenientNumber, PlainDecimalsRoundAsTheLibrary) {
+    std::mt19937_64 random(7);
+    for (int i = 0; i < 200000; ++i) {
+        const int digits = 1 + int(random() % 20), places = int(random() % (digits + 4));
+        std::string text = random() % 3 == 0 ? "-" : "";
+        std::string body;
+        for (int d = 0; d < digits; ++d) body += char('0' + random() % 10);
+        if (places > 0 && places <= digits)
+            body.insert(body.size() - std::size_t(places), ".");
+        text += body;
+        const double want = std::strtod(text.c_str(), nullptr), got = core::valNumber(text);
+        ASSERT_EQ(std::memcmp(&want, &got, sizeof want), 0) << text;
+    }
+    for (const char* text : {"9007199254740992", "9007199254740993", "9007199254740992.5",
+                             "0.0000000000000000000001", "0.00000000000000000000001",
+                             "1234567890123456789", "12345678901234567890", "-0.000", "+7.",
+                             ".25"}) {
+        const double want = std::strtod(text, nullptr), got = core::valNumber(text);
+        EXPECT_EQ(std::memcmp(&want, &got, sizeof want), 0) << text;
+    }
 }
 
 TEST(LenientNumber, WholeNumbersAndTexts) {

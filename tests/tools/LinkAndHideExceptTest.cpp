@@ -82,6 +82,23 @@ TEST_F(LinkTest, ALinkedEntityOpensItsFile) {
     EXPECT_FALSE(ctx.state.toolArmed());
 }
 
+TEST_F(LinkTest, ADoubleClickOpensALinkAndShowsOtherInformation) {
+    ctx.engine.polygon_set_name(c, "PR_LinkF\r\n2024-01-01\r\n10:00:00\r\nplans/level3.pdf");
+    ctx.engine.polygon_set_name(a, "Pillar A");
+    double x = 0, y = 0;
+    pixel({-300, 0, 0}, x, y);
+    ctx.input.onDblClick(ctx, x, y);
+    ASSERT_EQ(ui.externalOpened().size(), 1u);
+    EXPECT_EQ(ui.externalOpened()[0], "plans/level3.pdf");
+    EXPECT_TRUE(records("msgbox").empty());
+    pixel({0, 0, 0}, x, y);
+    ctx.input.onDblClick(ctx, x, y);
+    EXPECT_EQ(ui.externalOpened().size(), 1u);
+    const auto boxes = records("msgbox");
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0]["text"], "Pillar A");
+}
+
 TEST_F(LinkTest, ALinkNoViewerTakesIsReported) {
     ctx.engine.polygon_set_name(c, "UP_LinkF\r\n2024-01-01\r\n10:00:00\r\ngone.xyz");
     ui.setExternalResult(false);
