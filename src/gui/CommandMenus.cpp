@@ -1,12 +1,14 @@
 #include "gui/CommandMenus.h"
 
 #include <QAction>
+#include <QMouseEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
 #include <algorithm>
 
 #include "core/AppContext.h"
+#include "gui/InputCodes.h"
 
 namespace gui {
 
@@ -73,6 +75,10 @@ void CommandMenus::sync() {
         connect(a, &QAction::triggered, this, [this, name] { run_(name); });
         if (onToolbar) {
             tools_->addAction(a);
+            if (QWidget* button = tools_->widgetForAction(a); button && c.toolButton) {
+                button->setProperty("tarvikCommand", q(c.name));
+                button->installEventFilter(this);
+            }
         } else {
             menuFor(c.menuPath)->addAction(a);
         }
@@ -84,6 +90,22 @@ void CommandMenus::sync() {
         a->setEnabled(c.enabled);
         if (a->isCheckable()) a->setChecked(c.highlighted);
     }
+}
+
+bool CommandMenus::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonPress && press_) {
+        const auto* e = static_cast<QMouseEvent*>(event);
+        const int button = e->button() == Qt::RightButton    ? 2
+                           : e->button() == Qt::MiddleButton ? 4
+                                                             : 0;
+        const QString name = watched->property("tarvikCommand").toString();
+        auto* w = qobject_cast<QWidget*>(watched);
+        if (button != 0 && !name.isEmpty() && w && w->isEnabled()) {
+            press_(name.toStdString(), button, shiftMaskOf(e->modifiers()));
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 }  // namespace gui

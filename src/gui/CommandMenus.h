@@ -38,6 +38,13 @@ public:
     QMenu* ensureMenu(const std::string& path) { return menuFor(path); }
     // Commands that live elsewhere in the window (not as tool buttons).
     void keepOffToolbar(const std::string& command) { offToolbar_.push_back(command); }
+    // A tool button pressed with the right or middle button (2, 4) and a shift
+    // mask: the window runs the command's press with them.
+    using PressRunner = std::function<void(const std::string& name, int button, int shift)>;
+    void setPressRunner(PressRunner run) { press_ = std::move(run); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QMenu* menuFor(const std::string& path);
@@ -46,6 +53,7 @@ private:
     QMenuBar* menus_;
     QToolBar* tools_;
     Runner run_;
+    PressRunner press_;
     std::size_t built_ = 0;
     std::map<std::string, QAction*> actions_;
     std::map<std::string, QMenu*> menusByPath_;

@@ -96,6 +96,9 @@ MainWindow::MainWindow(core::AppContext& ctx, QWidget* parent) : QMainWindow(par
     menus_ = new CommandMenus(
         ctx_, menuBar(), tools_, [this](const std::string& n) { runCommand(n); }, this);
     menus_->keepOffToolbar("cmdInterruptProcess");
+    menus_->setPressRunner([this](const std::string& n, int button, int shift) {
+        runPress(n, button, shift);
+    });
 
     progress_ = new QProgressBar(this);
     progress_->setObjectName("proMirrowMain");
@@ -184,9 +187,24 @@ void MainWindow::runCommand(const std::string& name) {
     // The interrupt button must work while another command runs; others wait.
     if (!c->enabled) return;
     if (running_ && name != "cmdInterruptProcess") return;
+    runGuarded(name, c->handler);  // a copy: the registry may grow while it runs
+}
+
+void MainWindow::runPress(const std::string& name, int button, int shift) {
+    const core::Command* c = ctx_.commands.find(name);
+    const core::Procedure* press = ctx_.procedures.find(name + "_MouseDown");
+    if (!c || !c->enabled || !press || running_) return;
+    auto body = press->body;
+    runGuarded(name, [body, button, shift](core::AppContext& a) {
+        std::vector<core::Value> args{core::Value(button), core::Value(shift)};
+        body(a, args);
+    });
+}
+
+void MainWindow::runGuarded(const std::string& name,
+                            const std::function<void(core::AppContext&)>& handler) {
     const bool outer = !running_;
     if (outer) running_ = true;
-    auto handler = c->handler;  // the registry may grow while it runs
     QtUi* port = qtUi();
     if (port && outer) port->takeLastOpened();
     try {

@@ -47,6 +47,9 @@ public:
     // Runs a registered command as a click would: a failure is reported and the
     // window stays usable.
     void runCommand(const std::string& name);
+    // A tool button's press by another button than the left, through its
+    // "<command>_MouseDown" procedure.
+    void runPress(const std::string& name, int button, int shift);
     // Picks up commands registered since the last call and the registry's and the
     // main form's current state.
     void syncCommands();
@@ -86,6 +89,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* e) override;
 
 private:
+    void runGuarded(const std::string& name,
+                    const std::function<void(core::AppContext&)>& handler);
     void layoutOnce();
     // After the handlers of a key or a click: the window follows the state they left.
     void afterInput();

@@ -128,6 +128,17 @@ void registerProcedures(AppContext& ctx) {
                                                v.at(2).point(), v.at(3).colour()));
     };
     ctx.procedures.add(std::move(poly));
+    // The press with its button and shift, as the window and scripts give them.
+    for (const auto& b : kButtons) {
+        core::Procedure press;
+        press.name = std::string(b.command) + "_MouseDown";
+        press.params = {K::Integer, K::Integer};
+        press.body = [name = std::string(b.command)](AppContext& a, std::vector<core::Value>& v) {
+            toolButtonDown(a, name, int(v.at(0).integer()));
+            return core::Value();
+        };
+        ctx.procedures.add(std::move(press));
+    }
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QTimer>
+#include <QToolBar>
 #include <functional>
 #include <string>
 
@@ -256,6 +257,26 @@ TEST(WindowSettings, TheSettingsFormsStatusBarBoxHidesTheBar) {
     EXPECT_FALSE(s.win().statusBar()->isVisible());
     ASSERT_TRUE(settings->setFromUser("chkStatusbarToggle", "1"));
     EXPECT_TRUE(s.win().statusBar()->isVisible());
+}
+
+// A right press on a tool button is its press with button 2: the grid plane is
+// then built with the dialog's last values, the dialog not shown.
+TEST(WindowTools, ARightPressOnAToolButtonPressesWithButtonTwo) {
+    Started s;
+    auto* bar = s.win().findChild<QToolBar*>("tbrTools");
+    ASSERT_NE(bar, nullptr);
+    QAction* grid = nullptr;
+    for (QAction* a : bar->actions())
+        if (a->objectName() == "cmdGridPlane") grid = a;
+    ASSERT_NE(grid, nullptr);
+    QWidget* button = bar->widgetForAction(grid);
+    ASSERT_NE(button, nullptr);
+    const std::size_t before = s.ctx().engine.polygon_count();
+    QTest::mouseClick(button, Qt::RightButton);
+    QTest::qWait(50);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_GT(s.ctx().engine.polygon_count(), before);
+    EXPECT_EQ(s.ctx().state.txtComment.rfind("Grid plane built: ", 0), 0u);
 }
 
 }  // namespace
