@@ -125,10 +125,7 @@ void importDrillholeAttributes(core::AppContext& ctx) {
             LineWalker lines(file.text());
             FieldSplitter splitter(2);
             std::string_view line;
-            std::string lastId;
-            bool firstLine = true;
-            engine::Handle holeGroup = 0;
-            const std::vector<SurveyInterval>* intervals = nullptr;
+            HoleRun hole(eng, holes, top, kAttributeHoleGroup);
             long count = 0;
             while (lines.next(line)) {
                 if (run.interruptRequested()) {
@@ -142,13 +139,9 @@ void importDrillholeAttributes(core::AppContext& ctx) {
                 const std::string_view id = f[s];
                 const double F = core::valNumber(f[s + 1]);
                 const double T = core::valNumber(f[s + 2]);
-                if (firstLine || id != lastId) {
-                    firstLine = false;
-                    lastId = std::string(id);
-                    holeGroup = eng.group_create(kAttributeHoleGroup);
-                    eng.group_set_father_group(holeGroup, top);
-                    intervals = holes.hole(id);
-                }
+                hole.at(id);
+                const std::vector<SurveyInterval>* intervals = hole.intervals();
+                const engine::Handle holeGroup = hole.group();
                 if (intervals) {
                     std::string columns;
                     for (std::size_t i = s + 3; i < f.size(); ++i) {

@@ -92,6 +92,15 @@ void P_subMovePolygonsToGroup(engine::Engine& eng, engine::Handle from, engine::
     eng.group_delete_members(from);
 }
 
+void HoleRun::at(std::string_view id) {
+    if (started_ && id == id_) return;
+    started_ = true;
+    id_ = std::string(id);
+    group_ = eng_.group_create(name_);
+    eng_.group_set_father_group(group_, top_);
+    intervals_ = holes_.hole(id);
+}
+
 void loadImportFile(core::AppContext& ctx, TextFile& file) {
     if (!file.load(ctx.state.strFullPath)) throw ImportFault("the file cannot be read");
 }

@@ -45,6 +45,28 @@ private:
     std::unordered_map<std::string, std::vector<SurveyInterval>> holes_;
 };
 
+// The hole a reader's lines are at: each time the ID changes from one line to the
+// next, a new group of that name under `top` (an ID that comes back later gets
+// another) and the survey intervals of the ID.
+class HoleRun {
+public:
+    HoleRun(engine::Engine& eng, const SurveyHoles& holes, engine::Handle top, const char* name)
+        : eng_(eng), holes_(holes), top_(top), name_(name) {}
+    void at(std::string_view id);
+    engine::Handle group() const { return group_; }
+    const std::vector<SurveyInterval>* intervals() const { return intervals_; }
+
+private:
+    engine::Engine& eng_;
+    const SurveyHoles& holes_;
+    engine::Handle top_;
+    const char* name_;
+    bool started_ = false;
+    std::string id_;
+    engine::Handle group_ = 0;
+    const std::vector<SurveyInterval>* intervals_ = nullptr;
+};
+
 // Each polygon of `from` goes to `to`, then `from` (empty now) is deleted.
 void P_subMovePolygonsToGroup(engine::Engine& eng, engine::Handle from, engine::Handle to);
 

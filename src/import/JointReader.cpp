@@ -128,10 +128,7 @@ void importOrientedJoints(core::AppContext& ctx, bool bolDipAndDipDirection) {
             loadImportFile(ctx, file);
             FieldSplitter splitter(2);
             std::string_view line;
-            std::string lastId;
-            bool firstLine = true;
-            engine::Handle jointsGroup = 0;
-            const std::vector<SurveyInterval>* hole = nullptr;
+            HoleRun holeRun(eng, holes, top, kJointHoleGroup);
             long count = 0;
             while (file.nextLine(line)) {
                 if (run.interruptRequested()) {
@@ -146,13 +143,9 @@ void importOrientedJoints(core::AppContext& ctx, bool bolDipAndDipDirection) {
                 const double depth = core::valNumber(f[s + 1]);
                 double a = core::valNumber(f[s + 2]);
                 double b = core::valNumber(f[s + 3]);
-                if (firstLine || id != lastId) {
-                    firstLine = false;
-                    lastId = std::string(id);
-                    jointsGroup = eng.group_create(kJointHoleGroup);
-                    eng.group_set_father_group(jointsGroup, top);
-                    hole = holes.hole(id);
-                }
+                holeRun.at(id);
+                const std::vector<SurveyInterval>* hole = holeRun.intervals();
+                const engine::Handle jointsGroup = holeRun.group();
                 const SurveyInterval* si = hole ? intervalAt(*hole, depth) : nullptr;
                 if (si) {
                     double az = si->azimuth, pl = si->plunge;
